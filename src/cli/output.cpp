@@ -1,0 +1,60 @@
+#include "cli/output.hpp"
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <ostream>
+
+namespace tolven::cli {
+
+void write_text(std::ostream& out, const DetectionResult& r) {
+    out << "Table detected: " << (r.table_detected ? "yes" : "no") << '\n';
+    out << "TableSelector:  " << r.table_selector << '\n';
+    out << "RowSelector:    " << r.row_selector << '\n';
+    out << "Variables:      " << r.variables.size() << '\n';
+    std::size_t name_width = 4, type_width = 4;
+    for (const auto& v : r.variables) {
+        name_width = std::max(name_width, v.name.size());
+        type_width = std::max(type_width, v.type.size());
+    }
+    for (const auto& v : r.variables) {
+        out << "  " << v.name << std::string(name_width - v.name.size() + 2, ' ') << v.type
+            << std::string(type_width - v.type.size() + 2, ' ') << v.selector << '\n';
+    }
+    out << "Namespaces:     " << r.namespaces.size() << '\n';
+    for (const auto& [prefix, uri] : r.namespaces) out << "  " << prefix << "  " << uri << '\n';
+}
+
+void write_json(std::ostream& out, const DetectionResult& r) {
+    nlohmann::ordered_json j;
+    j["TableDetected"] = r.table_detected;
+    j["TableSelector"] = r.table_selector;
+    j["RowSelector"] = r.row_selector;
+    auto names = nlohmann::json::array(), types = nlohmann::json::array(), selectors = nlohmann::json::array();
+    for (const auto& v : r.variables) {
+        names.push_back(v.name);
+        types.push_back(v.type);
+        selectors.push_back(v.selector);
+    }
+    j["VariableNames"] = names;
+    j["VariableTypes"] = types;
+    j["VariableSelectors"] = selectors;
+    auto namespaces = nlohmann::json::array();
+    for (const auto& [prefix, uri] : r.namespaces) namespaces.push_back({prefix, uri});
+    j["RegisteredNamespaces"] = namespaces;
+    out << j.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) << '\n';
+}
+
+void write_json_error(std::ostream& out, const foundation::core::except::IMsgIDException& error) {
+    nlohmann::ordered_json j;
+    j["Error"]["Identifier"] = error.GetID();
+    j["Error"]["Arguments"] = error.GetBaseMsgIDObj().arguments_utf8();
+    j["Error"]["Message"] = error.message_utf8();
+    out << j.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) << '\n';
+}
+
+void write_text_error(std::ostream& out, const foundation::core::except::IMsgIDException& error) {
+    out << "tolven-xml: error: " << error.message_utf8() << " (" << error.GetID() << ")\n";
+}
+
+}  // namespace tolven::cli

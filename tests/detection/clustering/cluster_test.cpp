@@ -1,0 +1,105 @@
+#include "detection/clustering/cluster.hpp"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "detection/support/detect_helpers.hpp"
+#include "xml/log/getLogger.hpp"
+
+namespace {
+
+namespace clustering = tolven::io::xml::detection::clustering;
+namespace log = tolven::io::xml::common::log;
+using tolven::io::xml::common::xpath::UniqueNodeNameMap;
+using Groups = UniqueNodeNameMap<std::vector<const xmlNode*>>;
+using Shape = std::vector<std::vector<std::string>>;  // per cluster, "name x count" per group
+
+// Children of the root named n0, n1, ... with the given frequencies, grouped by name in order of
+// first appearance (as the search groups them).
+class Clustering : public ::testing::Test {
+protected:
+    Groups groups_with(const std::vector<std::size_t>& frequencies) {
+        std::string xml = "<r>";
+        for (std::size_t i = 0; i < frequencies.size(); ++i)
+            for (std::size_t k = 0; k < frequencies[i]; ++k) xml += "<n" + std::to_string(i) + "/>";
+        doc_ = tolven::testing::parse_xml(xml + "</r>");
+        Groups groups;
+        for (const xmlNode* c = xmlDocGetRootElement(doc_->doc().get())->children; c; c = c->next)
+            groups[groups.find_or_insert(c).first].push_back(c);
+        return groups;
+    }
+    Shape shape_of(const std::vector<std::size_t>& frequencies) {
+        Shape shape;
+        for (const auto& c : clustering::cluster(groups_with(frequencies))) {
+            auto& s = shape.emplace_back();
+            for (const auto& g : c)
+                s.push_back(std::string(reinterpret_cast<const char*>(g.front()->name)) + " x " +
+                            std::to_string(g.size()));
+        }
+        return shape;
+    }
+    std::shared_ptr<tolven::io::xml::common::vcos::DocWrapper> doc_;
+};
+
+TEST_F(Clustering, BandsSplitWhereTheFrequencyGapExceedsTheScaledBand) {
+    EXPECT_EQ(shape_of({10, 10, 1}), (Shape{{"n0 x 10", "n1 x 10"}, {"n2 x 1"}}));
+    EXPECT_EQ(shape_of({2, 1}), (Shape{{"n0 x 2", "n1 x 1"}}));
+    EXPECT_EQ(shape_of({3, 1}), (Shape{{"n0 x 3"}, {"n1 x 1"}}));
+    EXPECT_EQ(shape_of({100, 90}), (Shape{{"n0 x 100", "n1 x 90"}}));
+    EXPECT_EQ(shape_of({101, 100}), (Shape{{"n0 x 101"}, {"n1 x 100"}}));
+}
+
+TEST_F(Clustering, LaterNamesAreComparedWithTheFirstNameOfTheNewestCluster) {
+    EXPECT_EQ(shape_of({4, 2, 1}), (Shape{{"n0 x 4", "n1 x 2"}, {"n2 x 1"}}));
+    // 5 opens a band of 3..5; 2 starts a new cluster whose band (1..2) then takes 1.
+    EXPECT_EQ(shape_of({5, 2, 1}), (Shape{{"n0 x 5"}, {"n1 x 2", "n2 x 1"}}));
+}
+
+TEST_F(Clustering, SortsByFrequencyAndKeepsFirstAppearanceOnTies) {
+    EXPECT_EQ(shape_of({1, 3, 1, 3}), (Shape{{"n1 x 3", "n3 x 3"}, {"n0 x 1", "n2 x 1"}}));
+}
+
+TEST_F(Clustering, EmptyInputGivesOneEmptyCluster) {
+    const auto clusters = clustering::cluster(Groups{});
+    ASSERT_EQ(clusters.size(), 1u);
+    EXPECT_TRUE(clusters.front().empty());
+}
+
+TEST(ClusteringBand, ScalingFactorUsesTheTruncatedQuotient) {
+    EXPECT_DOUBLE_EQ(clustering::inclusion_scaling_factor(1), 1.0);
+    EXPECT_NEAR(clustering::inclusion_scaling_factor(3), 1.723369, 1e-6);
+    EXPECT_DOUBLE_EQ(clustering::inclusion_scaling_factor(4), 2.0);
+    EXPECT_NEAR(clustering::inclusion_scaling_factor(50), 7.071068, 1e-6);
+    EXPECT_DOUBLE_EQ(clustering::inclusion_scaling_factor(51), 5.1);
+    EXPECT_DOUBLE_EQ(clustering::inclusion_scaling_factor(100), 10.0);
+    EXPECT_DOUBLE_EQ(clustering::inclusion_scaling_factor(101), 0.0);
+}
+
+TEST_F(Clustering, StepsAndResultAreDumpedOnlyAtDebug) {
+    {
+        log::LogCapture capture(log::kProgressMask);
+        clustering::cluster(groups_with({3, 3}));
+        EXPECT_EQ(capture.messages(), (std::vector<std::string>{"Starting clustering...", "Ending clustering..."}));
+    }
+    log::LogCapture capture(log::kProgressMask | log::kDebugMask);
+    clustering::cluster(groups_with({3, 1}));
+    const auto messages = capture.messages();
+    ASSERT_EQ(messages.size(), 5u);
+    EXPECT_EQ(messages[1],
+              "\n=== CLUSTERING STEP ===\nnode_name = \"n0\"\nnode_frequency = 3\n"
+              "Automatically adding first node to cluster #0\ncluster = #0\n");
+    EXPECT_EQ(messages[2],
+              "\n=== CLUSTERING STEP ===\nnode_name = \"n1\"\nnode_frequency = 1\ncluster_max = 3\n"
+              "cluster_inclusion_scaling_factor = 1.723369\ncluster_inclusion_freq_diff = 2.000000\ncluster = #1\n");
+    EXPECT_EQ(messages[4], "Clusters = \n{\n    [[\"n0\", \"n0\", \"n0\"]], \n    [[\"n1\"]], \n}");
+}
+
+TEST_F(Clustering, SummaryDoesNotGrowWithTheRows) {
+    const auto clusters = clustering::cluster(groups_with({1000, 1}));
+    EXPECT_EQ(clustering::summarize_clusters(clusters), "Clusters = \n{\n    [[\"n0\" x 1000]], \n    [[\"n1\" x 1]], \n}");
+    EXPECT_EQ(clustering::print_clusters(clustering::Clusters(1)), "Clusters = \n{\n    [], \n}");
+}
+
+}  // namespace
