@@ -20,10 +20,11 @@ build-sanitize: setup
 	cmake -S . -B $(SANITIZE_DIR) -G Ninja -DCMAKE_BUILD_TYPE=Debug -DTOLVEN_SANITIZE=ON
 	cmake --build $(SANITIZE_DIR) -j $(JOBS)
 
-# Detect the table of the bundled example and print how to import it.
+# Detect the table of the bundled example, print how to import it, then import it as CSV.
 demo: configure
 	cmake --build $(RELEASE_DIR) -j $(JOBS) --target tolven-xml
 	$(RELEASE_DIR)/src/tolven-xml detect $(EXAMPLE)
+	$(RELEASE_DIR)/src/tolven-xml read $(EXAMPLE)
 
 check: build
 	cd $(RELEASE_DIR) && ctest --output-on-failure -j $(JOBS)

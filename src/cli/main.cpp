@@ -6,6 +6,7 @@
 
 #include "cli/DetectCommand.hpp"
 #include "cli/ExitCode.hpp"
+#include "cli/ReadCommand.hpp"
 
 namespace {
 constexpr const char* kExitCodes =
@@ -19,6 +20,7 @@ int main(int argc, char** argv) {
     app.footer(kExitCodes);
     app.require_subcommand(1);
     tolven::cli::DetectCommand detect(app);
+    tolven::cli::ReadCommand read(app);
 
     try {
         app.parse(argc, argv);
@@ -30,6 +32,7 @@ int main(int argc, char** argv) {
 
     try {
         if (detect.selected()) return static_cast<int>(detect.run());
+        if (read.selected()) return static_cast<int>(read.run());
     } catch (const std::exception& e) {
         std::cerr << "tolven-xml: internal error: " << e.what() << '\n';
         return static_cast<int>(ExitCode::Identified);

@@ -1,0 +1,82 @@
+#include "cli/import/AtomicOutputFile.hpp"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+
+#include "cli/errors.hpp"
+
+namespace tolven::cli::import {
+
+namespace {
+
+// The temporary file a signal handler removes; one output file per process.
+char pending_path[4096] = {};
+constexpr int kSignals[] = {SIGINT, SIGTERM, SIGHUP};
+
+extern "C" void remove_pending_and_reraise(int signal_number) {
+    if (pending_path[0] != '\0') ::unlink(pending_path);
+    std::signal(signal_number, SIG_DFL);
+    std::raise(signal_number);
+}
+
+[[noreturn]] void raise_not_writable(const std::string& path, int error) {
+    vxErrMsgId(TOLVEN::cli::OutputNotWritable(path, std::string(std::strerror(error))));
+}
+
+}  // namespace
+
+AtomicOutputFile::AtomicOutputFile(std::string path) : path_(std::move(path)) {
+    struct stat status {};
+    if (::stat(path_.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) raise_not_writable(path_, EISDIR);
+
+    const std::filesystem::path target(path_);
+    const std::filesystem::path folder = target.has_parent_path() ? target.parent_path() : ".";
+    temporary_ = (folder / ("." + target.filename().string() + ".tolven-XXXXXX")).string();
+    fd_ = ::mkostemp(temporary_.data(), O_CLOEXEC);
+    if (fd_ < 0) {
+        const int error = errno;
+        temporary_.clear();
+        raise_not_writable(path_, error);
+    }
+    // mkostemp makes the file private; the finished file gets the mode a new file would get.
+    const mode_t mask = ::umask(0);
+    ::umask(mask);
+    ::fchmod(fd_, 0666 & ~mask);
+
+    if (temporary_.size() < sizeof pending_path) {
+        std::memcpy(pending_path, temporary_.c_str(), temporary_.size() + 1);
+        for (const int s : kSignals) std::signal(s, &remove_pending_and_reraise);
+    }
+}
+
+AtomicOutputFile::~AtomicOutputFile() { discard(); }
+
+void AtomicOutputFile::commit() {
+    const int fd = fd_;
+    fd_ = -1;
+    if (::close(fd) != 0 || ::rename(temporary_.c_str(), path_.c_str()) != 0) {
+        const int error = errno;
+        discard();
+        raise_not_writable(path_, error);
+    }
+    temporary_.clear();
+    discard();
+}
+
+void AtomicOutputFile::discard() noexcept {
+    for (const int s : kSignals) std::signal(s, SIG_DFL);
+    pending_path[0] = '\0';
+    if (fd_ >= 0) ::close(fd_);
+    fd_ = -1;
+    if (!temporary_.empty()) ::unlink(temporary_.c_str());
+    temporary_.clear();
+}
+
+}  // namespace tolven::cli::import

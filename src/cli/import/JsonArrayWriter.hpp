@@ -1,0 +1,18 @@
+#pragma once
+#include "cli/import/JsonLinesWriter.hpp"
+
+namespace tolven::cli::import {
+
+// One JSON array of the row objects of JsonLinesWriter, one object per line.
+class JsonArrayWriter : public JsonLinesWriter {
+public:
+    using JsonLinesWriter::JsonLinesWriter;
+    void begin(const std::vector<std::string>& column_names) override;
+    void write_row(std::span<const Cell> cells) override;
+    void end() override;
+
+private:
+    bool first_ = true;
+};
+
+}  // namespace tolven::cli::import
