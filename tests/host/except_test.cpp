@@ -2,7 +2,6 @@
 
 #include <fstream>
 #include <iterator>
-#include <regex>
 #include <set>
 
 #include "host/MessageCatalog.hpp"
@@ -30,13 +29,17 @@ TEST(vxErrMsgId, RaisesTheRecordWithIdentifierArgumentsAndCatalogText) {
 
 TEST(MessageCatalog, EveryEntryHasPlaceholdersForExactlyItsArguments) {
     std::set<std::string_view> seen;
-    const std::regex placeholder(R"(\{(\d+)\})");
     for (const auto& entry : tolven::host::all_messages()) {
         EXPECT_TRUE(seen.insert(entry.identifier).second) << "duplicate " << entry.identifier;
         std::set<std::size_t> used;
         const std::string text(entry.text);
-        for (std::sregex_iterator it(text.begin(), text.end(), placeholder), end; it != end; ++it)
-            used.insert(std::stoul((*it)[1]));
+        // Placeholders are "{k}" with k a decimal number.
+        for (std::size_t open = text.find('{'); open != std::string::npos; open = text.find('{', open + 1)) {
+            const std::size_t close = text.find('}', open);
+            if (close == std::string::npos || close == open + 1) continue;
+            const std::string digits = text.substr(open + 1, close - open - 1);
+            if (digits.find_first_not_of("0123456789") == std::string::npos) used.insert(std::stoul(digits));
+        }
         std::set<std::size_t> expected;
         for (std::size_t k = 1; k <= entry.argument_count; ++k) expected.insert(k);
         EXPECT_EQ(used, expected) << entry.identifier;
