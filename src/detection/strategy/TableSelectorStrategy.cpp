@@ -35,8 +35,12 @@ std::optional<Table> TableSelectorStrategy::DetectTable() const {
     common::xpath::LazyXPath path(namespaces());
     std::optional<Table> table = DetectTableRecursive(resolved.node, path);
     if (!table) return table;
+    // The search wrote its selectors relative to the selected node ("" when the table is that node,
+    // "/a/b" when it is further down); the hint in parentheses makes them absolute. The table's own
+    // selector still matters although the hint is reported: a table without row selector
+    // addresses its variables from it.
     if (table->row_selector) table->row_selector = resolved.selector + *table->row_selector;
-    table->table_selector = resolved.selector;
+    table->table_selector = resolved.selector + table->table_selector.value_or(Selector());
     return table;
 }
 

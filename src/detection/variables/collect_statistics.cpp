@@ -77,7 +77,8 @@ void StatisticsCollector::sample(TrackedName& entry, const xmlChar* text) {
     if (entry.sampled_in_row) return;
     const std::string_view value = view(text);
     if (value.find_first_not_of(kBlank) == std::string_view::npos) return;
-    if (entry.samples.size() < kMaxSamples) entry.samples.push_back(value);
+    // Built in place: GCC 12 at -O3 takes a copy of the local view for a dangling pointer.
+    if (entry.samples.size() < kMaxSamples) entry.samples.emplace_back(value.data(), value.size());
     entry.sampled_in_row = true;
     ++statistics_[entry.statistics_index].num_non_empty_samples;
 }

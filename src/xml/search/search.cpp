@@ -1,7 +1,5 @@
 #include "xml/search/search.hpp"
 
-#include <optional>
-
 #include "host/except/Exception.hpp"
 #include "host/utf.hpp"
 #include "xml/errors.hpp"
@@ -42,19 +40,20 @@ SearchResult searchForRootNodeByName(const tree::Tree& tree, const std::u16strin
     const std::string text = fl::i18n::ustring_to_utf8(name);
     const std::size_t colon = text.find(':');
     const std::string_view whole(text);
-    const std::string_view local = colon == std::string::npos ? whole : whole.substr(colon + 1);
-    const std::optional<std::string_view> prefix =
-        colon == std::string::npos ? std::nullopt : std::optional<std::string_view>(whole.substr(0, colon));
+    // A plain bool and view rather than an optional: GCC's -O3 flow analysis misreads the latter.
+    const bool prefixed = colon != std::string::npos;
+    const std::string_view local = prefixed ? whole.substr(colon + 1) : whole;
+    const std::string_view prefix = prefixed ? whole.substr(0, colon) : std::string_view();
     // A prefix the user registered (or that was detected) may stand for a URI the document writes
     // with another prefix, or as its default namespace.
-    const std::string* registered_uri = prefix ? uri_registered_for(tree.namespaces(), *prefix) : nullptr;
+    const std::string* registered_uri = prefixed ? uri_registered_for(tree.namespaces(), prefix) : nullptr;
 
     for (auto it = tree.begin(); it != tree.end(); ++it) {
         const xmlNode* element = *it;
         if (view(element->name) != local) continue;
-        if (prefix) {
+        if (prefixed) {
             const xmlNs* ns = element->ns;
-            const bool written_with_prefix = ns != nullptr && ns->prefix != nullptr && view(ns->prefix) == *prefix;
+            const bool written_with_prefix = ns != nullptr && ns->prefix != nullptr && view(ns->prefix) == prefix;
             const bool registered = registered_uri != nullptr && ns != nullptr && ns->href != nullptr &&
                                     view(ns->href) == *registered_uri;
             if (!written_with_prefix && !registered) continue;

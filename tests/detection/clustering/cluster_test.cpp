@@ -57,6 +57,23 @@ TEST_F(Clustering, LaterNamesAreComparedWithTheFirstNameOfTheNewestCluster) {
     EXPECT_EQ(shape_of({5, 2, 1}), (Shape{{"n0 x 5"}, {"n1 x 2", "n2 x 1"}}));
 }
 
+TEST_F(Clustering, BandAdmitsFrequenciesDownToItsLowerEdgeAndNoFurther) {
+    // cluster_max, and the lowest frequency that still joins its cluster.
+    const std::vector<std::pair<std::size_t, std::size_t>> bands{
+        {1, 1}, {2, 1}, {3, 2}, {4, 2}, {5, 3}, {10, 7}, {20, 16}, {50, 43}, {51, 46}, {100, 90}, {101, 101}, {150, 150},
+    };
+    for (const auto& [max, lowest] : bands) {
+        SCOPED_TRACE("cluster_max = " + std::to_string(max));
+        const std::string top = "n0 x " + std::to_string(max);
+        if (lowest < max) {
+            EXPECT_EQ(shape_of({max, lowest}), (Shape{{top, "n1 x " + std::to_string(lowest)}}));
+        }
+        if (lowest > 1) {
+            EXPECT_EQ(shape_of({max, lowest - 1}), (Shape{{top}, {"n1 x " + std::to_string(lowest - 1)}}));
+        }
+    }
+}
+
 TEST_F(Clustering, SortsByFrequencyAndKeepsFirstAppearanceOnTies) {
     EXPECT_EQ(shape_of({1, 3, 1, 3}), (Shape{{"n1 x 3", "n3 x 3"}, {"n0 x 1", "n2 x 1"}}));
 }

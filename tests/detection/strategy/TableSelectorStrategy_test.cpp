@@ -40,6 +40,25 @@ TEST(TableSelectorStrategy, OnlyTheFirstSelectedElementIsSearched) {
     EXPECT_EQ(select_values(*doc, r.selectors[0], r.namespaces), (Args{"A", "B", "C"}));
 }
 
+TEST(TableSelectorStrategy, SelectorsOfATableFoundDeeperStartFromTheHint) {
+    // With a row element the variables hang below the row selector; without one, below the
+    // table's own path, which must then keep the steps the search took below the hint.
+    auto rows = parse_xml("<doc><wrap><row><v>1</v></row><row><v>2</v></row></wrap></doc>");
+    DetectResult r = run_detect(rows, table_selector(u"/doc"));
+    ASSERT_TRUE(r.detected);
+    EXPECT_EQ(r.table_selector, "/doc");
+    EXPECT_EQ(r.row_selector, "(/doc)/wrap/row");
+    EXPECT_EQ(select_values(*rows, r.selectors.at(0), r.namespaces), (Args{"1", "2"}));
+
+    auto pairs = parse_xml("<doc><wrap><k>a</k><v>1</v><k>b</k><v>2</v><k>c</k><v>3</v></wrap></doc>");
+    r = run_detect(pairs, table_selector(u"/doc"));
+    ASSERT_TRUE(r.detected);
+    EXPECT_EQ(r.table_selector, "/doc");
+    EXPECT_EQ(r.row_selector, "");
+    EXPECT_EQ(r.selectors, (Args{"(/doc)/wrap/k", "(/doc)/wrap/v"}));
+    EXPECT_EQ(select_values(*pairs, r.selectors[1], r.namespaces), (Args{"1", "2", "3"}));
+}
+
 TEST(TableSelectorStrategy, EchoesTheHintWhenNoTableIsFound) {
     const DetectResult r = run_detect(kLibrary, table_selector(u"//book[2]"));
     EXPECT_FALSE(r.detected);
@@ -74,7 +93,8 @@ TEST(TableSelectorStrategy, TranslatesTheXPathErrors) {
         Args arguments;
     };
     const std::vector<Case> cases{
-        {u"count(//book)", "TOLVEN:io:xml:detection:TableSelectorNotNodeSet", {"number", "count(//book)"}},
+        {u"count(//a)", "TOLVEN:io:xml:detection:TableSelectorNotNodeSet", {"number", "count(//a)"}},
+        {u"1 = 1", "TOLVEN:io:xml:detection:TableSelectorNotNodeSet", {"boolean", "1 = 1"}},
         {u"string(//code)", "TOLVEN:io:xml:detection:TableSelectorNotNodeSet", {"string", "string(//code)"}},
         {u"//x:books", "TOLVEN:io:xml:detection:TableSelectorUnregisteredNamespace", {"x"}},
         {u"//[", "TOLVEN:io:xml:detection:TableSelectorUnknownError", {"//[: Invalid expression"}},

@@ -88,6 +88,8 @@ TEST(VariableSelectorsStrategy, TranslatesTheXPathErrors) {
     };
     const std::vector<Case> cases{
         {u"count(//a)", "TOLVEN:io:xml:detection:VariableSelectorsNotNodeSet", {"number", "count(//a)"}},
+        {u"string(//title)", "TOLVEN:io:xml:detection:VariableSelectorsNotNodeSet", {"string", "string(//title)"}},
+        {u"//title = 'Dune'", "TOLVEN:io:xml:detection:VariableSelectorsNotNodeSet", {"boolean", "//title = 'Dune'"}},
         {u"//x:title", "TOLVEN:io:xml:detection:VariableSelectorsUnregisteredNamespace", {"x"}},
         {u"//[", "TOLVEN:io:xml:detection:VariableSelectorsUnknownError", {"//[: Invalid expression"}},
     };
