@@ -34,10 +34,23 @@ extern "C" void remove_pending_and_reraise(int signal_number) {
 
 AtomicOutputFile::AtomicOutputFile(std::string path) : path_(std::move(path)) {
     struct stat status {};
-    if (::stat(path_.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) raise_not_writable(path_, EISDIR);
+    const bool exists = ::stat(path_.c_str(), &status) == 0;
+    if (exists && S_ISDIR(status.st_mode)) raise_not_writable(path_, EISDIR);
+    if (exists && !S_ISREG(status.st_mode)) {
+        // A device or a pipe (/dev/null, /dev/stdout, a FIFO) is written in place: renaming a file
+        // over it would replace the device node itself.
+        fd_ = ::open(path_.c_str(), O_WRONLY | O_CLOEXEC);
+        if (fd_ < 0) raise_not_writable(path_, errno);
+        return;
+    }
 
-    const std::filesystem::path target(path_);
+    // Through a symbolic link the file it points to is replaced, not the link.
+    std::error_code ignored;
+    const std::filesystem::path target =
+        exists ? std::filesystem::canonical(path_, ignored) : std::filesystem::path(path_);
+    if (exists && target.empty()) raise_not_writable(path_, ENOENT);
     const std::filesystem::path folder = target.has_parent_path() ? target.parent_path() : ".";
+    target_ = target.string();
     temporary_ = (folder / ("." + target.filename().string() + ".tolven-XXXXXX")).string();
     fd_ = ::mkostemp(temporary_.data(), O_CLOEXEC);
     if (fd_ < 0) {
@@ -61,7 +74,7 @@ AtomicOutputFile::~AtomicOutputFile() { discard(); }
 void AtomicOutputFile::commit() {
     const int fd = fd_;
     fd_ = -1;
-    if (::close(fd) != 0 || ::rename(temporary_.c_str(), path_.c_str()) != 0) {
+    if (::close(fd) != 0 || (!temporary_.empty() && ::rename(temporary_.c_str(), target_.c_str()) != 0)) {
         const int error = errno;
         discard();
         raise_not_writable(path_, error);

@@ -3,7 +3,7 @@
 namespace tolven::cli::import {
 
 CsvWriter::CsvWriter(OutputStream& out, char separator)
-    : out_(out), separator_(separator), specials_{separator, '"', '\n', '\r', '\0'} {}
+    : out_(out), separator_(separator) {}
 
 void CsvWriter::begin(const std::vector<std::string>& column_names) {
     for (std::size_t i = 0; i < column_names.size(); ++i) {
@@ -25,7 +25,15 @@ void CsvWriter::write_row(std::span<const Cell> cells) {
 void CsvWriter::end() {}
 
 void CsvWriter::field(std::string_view text) {
-    if (text.find_first_of(std::string_view(specials_, 4)) == std::string_view::npos) {
+    // One pass over the text: find_first_of would search the set of specials at every character.
+    bool plain = true;
+    for (const char c : text) {
+        if (c == separator_ || c == '"' || c == '\n' || c == '\r') {
+            plain = false;
+            break;
+        }
+    }
+    if (plain) {
         out_.append(text);
         return;
     }

@@ -19,7 +19,6 @@ private:
     void field(std::string_view text);
     OutputStream& out_;
     char separator_;
-    char specials_[5];  // what forces quoting, as a string_view's characters
 };
 
 }  // namespace tolven::cli::import

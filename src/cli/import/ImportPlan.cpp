@@ -14,6 +14,24 @@ void compile_into(std::string_view selector, bool relative, const NamespaceBindi
     else reason = std::move(std::get<std::string>(compiled));
 }
 
+// What follows row, or "(" row ")", at the start of selector: "" for the row itself, else "/" and
+// the steps below it; none when selector does not start with the row.
+std::optional<std::string_view> steps_below(std::string_view selector, std::string_view row) {
+    if (row.empty()) return std::nullopt;
+    std::string_view rest;
+    if (selector.substr(0, row.size()) == row) {
+        rest = selector.substr(row.size());
+    } else if (selector.size() > row.size() + 1 && selector.front() == '(' &&
+               selector.substr(1, row.size()) == row && selector[row.size() + 1] == ')') {
+        rest = selector.substr(row.size() + 2);
+    } else {
+        return std::nullopt;
+    }
+    // Anything but steps (a predicate, a union) would change what the row part selects.
+    if (rest.empty() || (rest.size() > 1 && rest[0] == '/')) return rest;
+    return std::nullopt;
+}
+
 }  // namespace
 
 bool ImportPlan::streamable() const { return fallback_reason().empty(); }
@@ -32,19 +50,15 @@ ImportPlan make_import_plan(const DetectionResult& result) {
     if (!plan.row_selector.empty())
         compile_into(plan.row_selector, false, plan.namespaces, plan.row_pattern, plan.row_reason);
 
-    // Detection writes a variable's selector as the row selector followed by the variable's own
-    // steps, so the text itself says whether the variable lies under the row.
-    const std::string& row = plan.row_selector;
+    // Detection writes a variable's selector as the row selector, in parentheses when the row
+    // selector came from a hint, followed by the variable's own steps; so the text itself says
+    // whether the variable lies under the row.
     for (const auto& v : result.variables) {
         ColumnSource c;
         c.selector = v.selector;
-        if (!row.empty() && v.selector == row) {
+        if (const auto steps = steps_below(v.selector, plan.row_selector)) {
             c.kind = ColumnSource::Kind::RowRelative;
-            c.xpath = ".";
-        } else if (!row.empty() && v.selector.size() > row.size() + 1 && v.selector.compare(0, row.size(), row) == 0 &&
-                   v.selector[row.size()] == '/') {
-            c.kind = ColumnSource::Kind::RowRelative;
-            c.xpath = "./" + v.selector.substr(row.size() + 1);
+            c.xpath = steps->empty() ? "." : "." + std::string(*steps);
         } else {
             c.kind = ColumnSource::Kind::Indexed;
             c.xpath = v.selector;

@@ -41,6 +41,25 @@ bool scan_top_level(std::string_view s, On on) {
     return quote == 0 && depth == 0;
 }
 
+// The ')' that closes the '(' at s[0], outside quotes; npos when there is none.
+std::size_t closing_parenthesis(std::string_view s) {
+    int depth = 0;
+    char quote = 0;
+    for (std::size_t i = 0; i < s.size(); ++i) {
+        const char c = s[i];
+        if (quote != 0) {
+            if (c == quote) quote = 0;
+        } else if (c == '"' || c == '\'') {
+            quote = c;
+        } else if (c == '(') {
+            ++depth;
+        } else if (c == ')' && --depth == 0) {
+            return i;
+        }
+    }
+    return std::string_view::npos;
+}
+
 bool is_name_char(char c) {
     const auto u = static_cast<unsigned char>(c);
     return u >= 0x80 || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' ||
@@ -216,10 +235,16 @@ std::variant<PathPattern, std::string> compile_path(std::string_view selector, b
         if (s.empty()) return std::string("ends in '/'");
         if (s.front() == '/') return std::string("uses the descendant axis ('//')");
     } else {
-        if (s.empty() || s.front() != '/') {
-            if (!s.empty() && s.front() == '(') return std::string("uses parentheses");
-            return std::string("is not an absolute path from the root");
+        if (!s.empty() && s.front() == '(') {
+            // "(path)/steps" selects what "path/steps" does: hint selectors come back wrapped so.
+            const auto close = closing_parenthesis(s);
+            if (close == std::string_view::npos) return std::string("has an unclosed parenthesis");
+            const std::string_view rest = s.substr(close + 1);
+            if (!rest.empty() && rest.front() != '/')
+                return std::string("uses parentheses followed by ") + quoted(rest.substr(0, 1));
+            return compile_path(std::string(s.substr(1, close - 1)) + std::string(rest), false, namespaces);
         }
+        if (s.empty() || s.front() != '/') return std::string("is not an absolute path from the root");
         s.remove_prefix(1);
         if (s.empty()) return std::string("selects the document, not elements");
     }

@@ -46,7 +46,8 @@ struct PathPattern {
 // Compiles an absolute selector ("/a/b/@c") or, with relative = true, a selector relative to a
 // context element ("b/c", "@c", "." or "" for the context itself). Supported: child steps with a
 // name, a prefixed name, * or *[local-name()='name'], each optionally followed by a position [k],
-// and a final attribute step. Anything else yields a short reason, e.g. "uses a union ('|')".
+// and a final attribute step; an absolute path may start with a parenthesized absolute path,
+// "(/a/b)/c". Anything else yields a short reason, e.g. "uses a union ('|')".
 std::variant<PathPattern, std::string> compile_path(std::string_view selector, bool relative,
                                                     const NamespaceBindings& namespaces);
 
