@@ -252,6 +252,11 @@ TEST(ReadCommand, OutputThroughALinkOrToAPipeKeepsTheLinkAndThePipe) {
     EXPECT_TRUE(fs::is_symlink(folder / "link.csv"));
     EXPECT_EQ(slurp(folder / "real.csv"), expected);
 
+    // A replaced file keeps its permissions.
+    fs::permissions(folder / "real.csv", fs::perms::owner_read | fs::perms::owner_write);
+    EXPECT_EQ(run_cli("read examples/key-value.xml -o " + quote((folder / "real.csv").string())).exit_code, 0);
+    EXPECT_EQ(fs::status(folder / "real.csv").permissions(), fs::perms::owner_read | fs::perms::owner_write);
+
     // A named pipe stands for devices such as /dev/null: written in place, never replaced.
     const fs::path fifo = folder / "pipe";
     ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);

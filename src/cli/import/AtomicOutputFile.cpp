@@ -58,10 +58,15 @@ AtomicOutputFile::AtomicOutputFile(std::string path) : path_(std::move(path)) {
         temporary_.clear();
         raise_not_writable(path_, error);
     }
-    // mkostemp makes the file private; the finished file gets the mode a new file would get.
-    const mode_t mask = ::umask(0);
-    ::umask(mask);
-    ::fchmod(fd_, 0666 & ~mask);
+    // mkostemp makes the file private; the finished file keeps the mode of the file it replaces,
+    // or gets the mode a new file would get.
+    mode_t mode = status.st_mode & 07777;
+    if (!exists) {
+        const mode_t mask = ::umask(0);
+        ::umask(mask);
+        mode = 0666 & ~mask;
+    }
+    ::fchmod(fd_, mode);
 
     if (temporary_.size() < sizeof pending_path) {
         std::memcpy(pending_path, temporary_.c_str(), temporary_.size() + 1);

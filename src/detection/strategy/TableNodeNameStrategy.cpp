@@ -33,17 +33,11 @@ NodeLazyXPathPair TableNodeNameStrategy::DetectTableSelector() const {
     if (!result.found()) common::search::handleSearchByNodeNameFailure(result, document_source(), hint, u"TableNodeName");
     NodeLazyXPathPair pair{result.node(), result.xpath()};
 
-    if (diagnostics::progress_enabled()) {
-        // Only the log wants the text here; a path that cannot be written is reported, if it
-        // ever has to be, by GetTableSelector, so the log shows what would have been written.
-        std::u16string written;
-        try {
-            written = pair.xpath.materialize(XPathIndexStyle::IndexRepeated);
-        } catch (const common::error::XMLInvalidXPathExpression& e) {
-            written = e.strings().at(0);
-        }
-        diagnostics::progress(hint_text + " -> " + fl::i18n::ustring_to_utf8(written));
-    }
+    // The text is built only for the log. A path that cannot be written fails here already when
+    // the log is on, exactly as GetTableSelector would fail later without it.
+    if (diagnostics::progress_enabled())
+        diagnostics::progress(hint_text + " -> " +
+                              fl::i18n::ustring_to_utf8(pair.xpath.materialize(XPathIndexStyle::IndexRepeated)));
     return pair;
 }
 
