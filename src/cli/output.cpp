@@ -22,7 +22,10 @@ void write_text(std::ostream& out, const DetectionResult& r) {
             << std::string(type_width - v.type.size() + 2, ' ') << v.selector << '\n';
     }
     out << "Namespaces:     " << r.namespaces.size() << '\n';
-    for (const auto& [prefix, uri] : r.namespaces) out << "  " << prefix << "  " << uri << '\n';
+    std::size_t prefix_width = 0;
+    for (const auto& entry : r.namespaces) prefix_width = std::max(prefix_width, entry.first.size());
+    for (const auto& [prefix, uri] : r.namespaces)
+        out << "  " << prefix << std::string(prefix_width - prefix.size() + 2, ' ') << uri << '\n';
 }
 
 void write_json(std::ostream& out, const DetectionResult& r) {
