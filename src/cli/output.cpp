@@ -7,6 +7,21 @@
 
 namespace tolven::cli {
 
+namespace {
+
+// Columns a UTF-8 text takes on a terminal, counted as code points (continuation bytes skipped).
+std::size_t display_width(const std::string& text) {
+    return static_cast<std::size_t>(
+        std::count_if(text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
+}
+
+// Spaces that pad text to width, plus the two that separate columns.
+std::string padding(const std::string& text, std::size_t width) {
+    return std::string(width - display_width(text) + 2, ' ');
+}
+
+}  // namespace
+
 void write_text(std::ostream& out, const DetectionResult& r) {
     out << "Table detected: " << (r.table_detected ? "yes" : "no") << '\n';
     out << "TableSelector:  " << r.table_selector << '\n';
@@ -14,18 +29,17 @@ void write_text(std::ostream& out, const DetectionResult& r) {
     out << "Variables:      " << r.variables.size() << '\n';
     std::size_t name_width = 4, type_width = 4;
     for (const auto& v : r.variables) {
-        name_width = std::max(name_width, v.name.size());
+        name_width = std::max(name_width, display_width(v.name));
         type_width = std::max(type_width, v.type.size());
     }
     for (const auto& v : r.variables) {
-        out << "  " << v.name << std::string(name_width - v.name.size() + 2, ' ') << v.type
-            << std::string(type_width - v.type.size() + 2, ' ') << v.selector << '\n';
+        out << "  " << v.name << padding(v.name, name_width) << v.type << padding(v.type, type_width) << v.selector
+            << '\n';
     }
     out << "Namespaces:     " << r.namespaces.size() << '\n';
     std::size_t prefix_width = 0;
-    for (const auto& entry : r.namespaces) prefix_width = std::max(prefix_width, entry.first.size());
-    for (const auto& [prefix, uri] : r.namespaces)
-        out << "  " << prefix << std::string(prefix_width - prefix.size() + 2, ' ') << uri << '\n';
+    for (const auto& entry : r.namespaces) prefix_width = std::max(prefix_width, display_width(entry.first));
+    for (const auto& [prefix, uri] : r.namespaces) out << "  " << prefix << padding(prefix, prefix_width) << uri << '\n';
 }
 
 void write_json(std::ostream& out, const DetectionResult& r) {

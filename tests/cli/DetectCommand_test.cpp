@@ -118,3 +118,17 @@ TEST(DetectCommand, VerbosityLevelsAddProgressDumpsAndTraces) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST(DetectCommand, TextFormatAlignsColumnsByCharactersNotBytes) {
+    const std::string doc =
+        "<t xmlns:g='urn:g'><r><prix>1</prix><g:größe>2</g:größe></r><r><prix>3</prix><g:größe>4</g:größe></r></t>";
+    const auto run = run_cli("detect " + write_temp_file("d.xml", doc) + " --format text");
+    ASSERT_EQ(run.exit_code, 0) << run.err;
+    EXPECT_NE(run.out.find("  prix     double  /t/r/prix\n"), std::string::npos) << run.out;
+    EXPECT_NE(run.out.find("  g:größe  double  /t/r/g:größe\n"), std::string::npos) << run.out;
+    EXPECT_NE(run.out.find("Namespaces:     1\n  g  urn:g\n"), std::string::npos) << run.out;
+}
+
+}  // namespace
