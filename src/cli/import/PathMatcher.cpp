@@ -3,18 +3,14 @@
 #include <charconv>
 #include <cstring>
 
+#include "text/textio/trim.hpp"
+
 namespace tolven::cli::import {
 
 namespace {
 
 constexpr std::string_view kXmlNamespace = "http://www.w3.org/XML/1998/namespace";
-constexpr std::string_view kSpace = " \t\n\r";
-
-std::string_view trim(std::string_view s) {
-    const auto first = s.find_first_not_of(kSpace);
-    if (first == std::string_view::npos) return {};
-    return s.substr(first, s.find_last_not_of(kSpace) - first + 1);
-}
+using io::text::textio::trim_whitespace;
 
 std::string quoted(std::string_view s) { return "'" + std::string(s) + "'"; }
 
@@ -111,9 +107,9 @@ std::string parse_name(std::string_view text, const NamespaceBindings& namespace
 // local-name()='name' (either quote), the form written for names that hold a colon.
 std::optional<std::string> local_name_literal(std::string_view predicate) {
     constexpr std::string_view head = "local-name()=";
-    std::string_view p = trim(predicate);
+    std::string_view p = trim_whitespace(predicate);
     if (p.substr(0, head.size()) != head) return std::nullopt;
-    p = trim(p.substr(head.size()));
+    p = trim_whitespace(p.substr(head.size()));
     if (p.size() < 2 || (p.front() != '\'' && p.front() != '"') || p.back() != p.front()) return std::nullopt;
     p = p.substr(1, p.size() - 2);
     if (p.find(p.front() == '\'' ? '\'' : '"') != std::string_view::npos) return std::nullopt;
@@ -122,7 +118,7 @@ std::optional<std::string> local_name_literal(std::string_view predicate) {
 
 std::string parse_predicate(std::string_view predicate, StepParse& parse) {
     unsigned value = 0;
-    const std::string_view digits = trim(predicate);
+    const std::string_view digits = trim_whitespace(predicate);
     const auto [end, ec] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
     if (ec == std::errc() && end == digits.data() + digits.size() && !digits.empty()) {
         if (parse.attribute) return "has a position on an attribute step";
@@ -222,7 +218,7 @@ bool PathPattern::uses_positions() const {
 
 std::variant<PathPattern, std::string> compile_path(std::string_view selector, bool relative,
                                                     const NamespaceBindings& namespaces) {
-    std::string_view s = trim(selector);
+    std::string_view s = trim_whitespace(selector);
     bool has_union = false;
     if (!scan_top_level(s, [&](std::size_t i) { return !(has_union = s[i] == '|'); }))
         return std::string("has an unclosed quote or bracket");

@@ -3,18 +3,11 @@
 #include <algorithm>
 #include <ostream>
 
+#include "text/textio/trim.hpp"
+
 namespace tolven::cli::import {
 
-namespace {
-
-std::string_view trim(std::string_view s) {
-    constexpr std::string_view space = " \t\n\r";
-    const auto first = s.find_first_not_of(space);
-    if (first == std::string_view::npos) return {};
-    return s.substr(first, s.find_last_not_of(space) - first + 1);
-}
-
-}  // namespace
+using io::text::textio::trim_whitespace;
 
 RowSink::RowSink(std::vector<Column> columns, const io::text::typedetection::TypeAnalyzerOptions& options,
                  TableWriter& writer, std::optional<std::uint64_t> head)
@@ -39,7 +32,7 @@ bool RowSink::accept(std::span<const RawValue> values) {
             cells_[i] = {};
             continue;
         }
-        const std::string_view text = trim(v.text);
+        const std::string_view text = trim_whitespace(v.text);
         cells_[i] = converters_[i].convert(text);
         if (cells_[i].kind == Cell::Kind::Missing) ++(text.empty() ? counts_[i].missing : counts_[i].unconvertible);
     }

@@ -8,6 +8,7 @@
 
 #include "text/constants.hpp"
 #include "text/textio/Field.hpp"
+#include "text/textio/trim.hpp"
 #include "text/textio/MutableField.hpp"
 #include "text/typeconversion/LocaleDateData.hpp"
 #include "text/typeconversion/parse_datetime.hpp"
@@ -200,10 +201,9 @@ std::optional<std::uint64_t> to_uint64(std::u16string_view text) noexcept {
 }
 
 std::optional<std::uint64_t> to_uint64(std::string_view text) noexcept {
-    const auto first = text.find_first_not_of(" \t\n\r");
-    if (first == std::string_view::npos) return std::nullopt;
-    const auto last = text.find_last_not_of(" \t\n\r");
-    return parse_uint64(text.substr(first, last - first + 1));
+    const std::string_view value = textio::trim_whitespace(text);
+    if (value.empty()) return std::nullopt;
+    return parse_uint64(value);
 }
 
 }  // namespace tolven::io::text::typeconversion
