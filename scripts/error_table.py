@@ -5,7 +5,7 @@ import re
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 COMPONENTS = {"DETECTION": "TOLVEN:io:xml:detection", "COMMON": "TOLVEN:io:xml:common",
-              "STRING": "TOLVEN:string", "CLI": "TOLVEN:cli"}
+              "STRING": "TOLVEN:string", "IMPORT": "TOLVEN:import", "CLI": "TOLVEN:cli"}
 LINE = re.compile(r'TOLVEN_MESSAGE\((\w+), (\w+), (\d+), "(.*)"\)\s*$')
 BEGIN, END = "<!-- errors:begin -->", "<!-- errors:end -->"
 

@@ -8,6 +8,11 @@ packages=(
   libxml2-dev libxml2-utils libicu-dev libboost-log-dev
   libfast-float-dev libcli11-dev nlohmann-json3-dev
   libgtest-dev libgmock-dev libbenchmark-dev
+  clang libclang-rt-14-dev
+  libsqlite3-dev
+  zlib1g-dev libbz2-dev liblzma-dev libzstd-dev gzip bzip2 xz-utils zstd
+  python3-dev python3-venv python3-pip python3-setuptools python3-wheel python3-pybind11
+  python3-numpy python3-pandas python3-dask python3-distributed python3-pytest
 )
 
 missing=()

@@ -1,16 +1,22 @@
 #include "cli/DetectCommand.hpp"
 
 #include <iostream>
+#include <sstream>
 
-#include "cli/DetectionResult.hpp"
+#include "import/ColumnNames.hpp"
+#include "import/DetectionResult.hpp"
+#include "import/InputDocument.hpp"
+#include "import/TableReader.hpp"
+#include "cli/TableChoice.hpp"
 #include "cli/Verbosity.hpp"
 #include "cli/output.hpp"
 #include "detection/TableDetector.hpp"
 #include "detection/options/make_detection_options.hpp"
 #include "xml/log/getLogger.hpp"
-#include "xml/vcos/load_document.hpp"
 
 namespace tolven::cli {
+
+using import::DetectionResult;
 
 namespace {
 
@@ -31,10 +37,15 @@ std::string chosen_strategy(const vxArray* hints) {
 
 DetectCommand::DetectCommand(CLI::App& app)
     : command_(app.add_subcommand("detect", "Find the table in an XML document and print how to import it")) {
-    command_->add_option("file", input_, "The XML document; - reads standard input")->capture_default_str();
+    command_->add_option("file", input_, "The XML document; - or none reads standard input")->type_name("FILE");
     command_->add_option("--format", format_, "Output format")
         ->check(CLI::IsMember({"text", "json"}))
         ->capture_default_str();
+    command_->add_flag("--huge", huge_,
+                       "Lift the parser's limits (nesting deeper than 256 levels, text nodes over 10 MB, "
+                       "entity expansion) for a document you trust");
+    add_sample_options(*command_, sample_,
+                       "Detect on a sample and a streaming pass over the whole document, whatever the size");
     add_hint_options(*command_, hints_);
     add_verbosity_option(*command_, verbosity_);
 }
@@ -42,20 +53,39 @@ DetectCommand::DetectCommand(CLI::App& app)
 ExitCode DetectCommand::run() const {
     apply_verbosity(verbosity_);
     const bool json = format_ == "json";
+    TableChoice choice(hints_, verbosity_, std::cerr,
+                       [](std::string_view text) { std::cerr << "tolven-xml: note: " << text << '\n'; });
     try {
-        vxArrayPtr hints = build_hint_struct(hints_);
-        auto document = io::xml::common::vcos::load_document(input_);
-        const DetectionResult result = run_detect(document, hints.get());
+        const HintOptions given = with_hints_file(hints_);
+        vxArrayPtr hints = build_hint_struct(given);
+        import::ReadSettings settings;
+        settings.mode = sample_.mode();
+        settings.sample_bytes = sample_.sample_bytes;
+        settings.huge = huge_;
+        settings.detect_only = true;
+        settings.detect = [&choice](const auto& document, const vxArray* h) { return choice.detect(document, h); };
+        import::InputDocument input(input_);
+        const import::TableReader reader(input, hints.get(), settings,
+                                         [](std::string_view text) { std::cerr << "tolven-xml: note: " << text << '\n'; });
+        const DetectionResult& result = reader.result();
+        // Rendered whole, then written in one go, so a full disk or a closed pipe is an error.
+        std::ostringstream text;
         if (json) {
-            write_json(std::cout, result);
+            write_json(text, result);
         } else {
-            if (verbosity_ > 0) std::cout << "Strategy:       " << chosen_strategy(hints.get()) << '\n';
-            write_text(std::cout, result);
+            if (verbosity_ > 0)
+                text << "Strategy:       "
+                     << (given.table > 0 ? "candidate " + std::to_string(given.table) + " of tolven-xml tables (--table)"
+                                         : chosen_strategy(hints.get()))
+                     << '\n';
+            std::vector<std::string> names;
+            for (const auto& v : result.variables) names.push_back(v.name);
+            write_text(text, result, import::make_column_names(names, given.attribute_suffix));
         }
+        write_standard_output(text.str());
         return ExitCode::Done;
     } catch (const foundation::core::except::IMsgIDException& error) {
-        if (json) write_json_error(std::cout, error);
-        else write_text_error(std::cerr, error);
+        report_error(error, json, choice.message(error));
         return exit_code_for(error);
     }
 }

@@ -4,7 +4,8 @@ namespace tolven::cli {
 
 ExitCode exit_code_for(const foundation::core::except::IUserException& error) {
     const std::string id = error.GetID();
-    if (id == "TOLVEN:io:xml:common:FileNotReadable" || id == "TOLVEN:io:xml:common:MalformedDocument")
+    if (id == "TOLVEN:io:xml:common:FileNotReadable" || id == "TOLVEN:io:xml:common:MalformedDocument" ||
+        id == "TOLVEN:io:xml:common:OutOfMemory")
         return ExitCode::BadInput;
     if (id == "TOLVEN:cli:InvalidHintsFile") return ExitCode::Usage;
     return ExitCode::Identified;

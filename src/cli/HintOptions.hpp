@@ -3,8 +3,9 @@
 
 #include <CLI/CLI.hpp>
 
-#include <optional>
+#include <span>
 #include <string>
+#include <variant>
 #include <vector>
 
 #include "host/vxArray.hpp"
@@ -24,17 +25,31 @@ struct HintOptions {
     std::string thousands_separator;
     std::string exponent_character = "eEdD";
     bool trim_nonnumeric = false;
+    std::size_t table = 0;  // --table N: candidate N of `tolven-xml tables`; 0 when not given
 
-    // The CLI11 options, to tell which ones the user gave.
+    // The CLI11 option of each field, to tell which ones the user gave.
     std::vector<std::pair<const char*, CLI::Option*>> given;
+    bool given_on_command_line(std::string_view field) const;
 };
 
-// Adds --hints and the fifteen hint options to a (sub)command.
+// One field of the hint structure and the member that holds it. "RegisteredNamespaces" is a list
+// of "PREFIX=URI" texts.
+struct HintField {
+    const char* name;
+    std::variant<std::string HintOptions::*, std::vector<std::string> HintOptions::*, bool HintOptions::*> member;
+};
+// The fifteen fields, in the order the builtin reads them.
+std::span<const HintField> hint_fields();
+
+// Adds --hints, the fifteen hint options and --table to a (sub)command.
 void add_hint_options(CLI::App& app, HintOptions& hints);
 
-// The hint structure the host passes to detect. Without --hints every field is filled from the
-// options and their defaults; with --hints the file's structure is used as it is and the options
-// the user gave replace its fields. Raises "TOLVEN:cli:InvalidHintsFile" for an unusable file.
+// The hints with the --hints file read in: an option the user gave wins, then the file's field,
+// then the option's default. Raises "TOLVEN:cli:InvalidHintsFile" for an unusable hints file.
+HintOptions with_hints_file(const HintOptions& hints);
+
+// The hint structure the host passes to detect, all fifteen fields filled (the hints file read in
+// first, when one is given).
 vxArrayPtr build_hint_struct(const HintOptions& hints);
 
 }  // namespace tolven::cli

@@ -2,39 +2,42 @@
 
 #include <nlohmann/json.hpp>
 
+#include <unistd.h>
+
 #include <algorithm>
-#include <ostream>
+#include <iostream>
+#include <sstream>
+
+#include "import/OutputStream.hpp"
+
+#include "cli/text_width.hpp"
 
 namespace tolven::cli {
 
-namespace {
-
-// Columns a UTF-8 text takes on a terminal, counted as code points (continuation bytes skipped).
-std::size_t display_width(const std::string& text) {
-    return static_cast<std::size_t>(
-        std::count_if(text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
-}
-
-// Spaces that pad text to width, plus the two that separate columns.
 std::string padding(const std::string& text, std::size_t width) {
     return std::string(width - display_width(text) + 2, ' ');
 }
 
-}  // namespace
-
-void write_text(std::ostream& out, const DetectionResult& r) {
+void write_text(std::ostream& out, const DetectionResult& r, const std::vector<std::string>& column_names) {
     out << "Table detected: " << (r.table_detected ? "yes" : "no") << '\n';
     out << "TableSelector:  " << r.table_selector << '\n';
     out << "RowSelector:    " << r.row_selector << '\n';
     out << "Variables:      " << r.variables.size() << '\n';
-    std::size_t name_width = 4, type_width = 4;
-    for (const auto& v : r.variables) {
-        name_width = std::max(name_width, display_width(v.name));
-        type_width = std::max(type_width, v.type.size());
-    }
-    for (const auto& v : r.variables) {
-        out << "  " << v.name << padding(v.name, name_width) << v.type << padding(v.type, type_width) << v.selector
-            << '\n';
+    if (!r.variables.empty()) {
+        std::size_t name_width = 8, column_width = 6, type_width = 4;
+        for (std::size_t i = 0; i < r.variables.size(); ++i) {
+            name_width = std::max(name_width, display_width(r.variables[i].name));
+            column_width = std::max(column_width, display_width(column_names[i]));
+            type_width = std::max(type_width, display_width(r.variables[i].type));
+        }
+        auto line = [&](const std::string& name, const std::string& column, const std::string& type,
+                        const std::string& selector) {
+            out << "  " << name << padding(name, name_width) << column << padding(column, column_width) << type
+                << padding(type, type_width) << selector << '\n';
+        };
+        line("variable", "column", "type", "selector");
+        for (std::size_t i = 0; i < r.variables.size(); ++i)
+            line(r.variables[i].name, column_names[i], r.variables[i].type, r.variables[i].selector);
     }
     out << "Namespaces:     " << r.namespaces.size() << '\n';
     std::size_t prefix_width = 0;
@@ -62,16 +65,40 @@ void write_json(std::ostream& out, const DetectionResult& r) {
     out << j.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) << '\n';
 }
 
-void write_json_error(std::ostream& out, const foundation::core::except::IMsgIDException& error) {
+void write_json_error(std::ostream& out, const foundation::core::except::IMsgIDException& error,
+                      const std::string& message) {
     nlohmann::ordered_json j;
     j["Error"]["Identifier"] = error.GetID();
     j["Error"]["Arguments"] = error.GetBaseMsgIDObj().arguments_utf8();
-    j["Error"]["Message"] = error.message_utf8();
+    j["Error"]["Message"] = message.empty() ? error.message_utf8() : message;
     out << j.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) << '\n';
 }
 
-void write_text_error(std::ostream& out, const foundation::core::except::IMsgIDException& error) {
-    out << "tolven-xml: error: " << error.message_utf8() << " (" << error.GetID() << ")\n";
+void write_text_error(std::ostream& out, const foundation::core::except::IMsgIDException& error,
+                      const std::string& message) {
+    out << "tolven-xml: error: " << (message.empty() ? error.message_utf8() : message) << " (" << error.GetID()
+        << ")\n";
+}
+
+void write_standard_output(const std::string& text) {
+    std::cout.flush();
+    import::OutputStream out(STDOUT_FILENO, "<stdout>");
+    out.append(text);
+    out.flush();
+}
+
+void report_error(const foundation::core::except::IMsgIDException& error, bool json, const std::string& message) {
+    if (json) {
+        std::ostringstream text;
+        write_json_error(text, error, message);
+        try {
+            write_standard_output(text.str());
+            return;
+        } catch (const foundation::core::except::IMsgIDException&) {
+            // The error itself is the better news; it goes to standard error below.
+        }
+    }
+    write_text_error(std::cerr, error, message);
 }
 
 }  // namespace tolven::cli

@@ -36,10 +36,10 @@ void String::setMissing(std::size_t i) {
     elements_[i].reset();
 }
 
-void intrusive_ptr_add_ref(const String* s) noexcept { ++s->references_; }
+void intrusive_ptr_add_ref(const String* s) noexcept { s->references_.fetch_add(1, std::memory_order_relaxed); }
 
 void intrusive_ptr_release(const String* s) noexcept {
-    if (--s->references_ == 0) delete s;
+    if (s->references_.fetch_sub(1, std::memory_order_acq_rel) == 1) delete s;
 }
 
 bool isString(const vxArray* array) noexcept { return array && vxGetClassID(array) == vxClassID::String; }

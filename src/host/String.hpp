@@ -3,6 +3,7 @@
 
 #include <boost/smart_ptr/intrusive_ptr.hpp>
 
+#include <atomic>
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -40,7 +41,8 @@ private:
     std::size_t rows_;
     std::size_t cols_;
     std::vector<std::optional<std::u16string>> elements_;
-    mutable std::size_t references_ = 0;
+    // Shared arrays may be released on several threads, like vxArray's count.
+    mutable std::atomic<std::size_t> references_{0};
 };
 
 using StringPtr = boost::intrusive_ptr<String>;

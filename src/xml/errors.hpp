@@ -13,6 +13,7 @@ namespace TOLVEN::io::xml::common {
 #define TOLVEN_COMMON_RECORD_COMMON(NAME, ARGC) TOLVEN_DECLARE_MSGID(TOLVEN_COMPONENT_COMMON, NAME, ARGC)
 #define TOLVEN_COMMON_RECORD_DETECTION(NAME, ARGC)
 #define TOLVEN_COMMON_RECORD_STRING(NAME, ARGC)
+#define TOLVEN_COMMON_RECORD_IMPORT(NAME, ARGC)
 #define TOLVEN_COMMON_RECORD_CLI(NAME, ARGC)
 #include "host/messages.def"
 #undef TOLVEN_MESSAGE
@@ -20,6 +21,7 @@ namespace TOLVEN::io::xml::common {
 #undef TOLVEN_COMMON_RECORD_DETECTION
 #undef TOLVEN_COMMON_RECORD_STRING
 #undef TOLVEN_COMMON_RECORD_CLI
+#undef TOLVEN_COMMON_RECORD_IMPORT
 }  // namespace TOLVEN::io::xml::common
 
 namespace tolven::io::xml::common::error {

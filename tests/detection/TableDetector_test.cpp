@@ -30,69 +30,40 @@ std::string chosen_strategy(const HintFields& hints) {
     return "";
 }
 
-TEST(TableDetector, ChoosesTheFirstGivenHintInFixedOrder) {
-    HintFields none;
-    EXPECT_EQ(chosen_strategy(none), "DefaultStrategy");
-    HintFields table_selector;
-    table_selector.TableSelector = u"/catalog";
-    EXPECT_EQ(chosen_strategy(table_selector), "TableSelectorStrategy");
-    HintFields table_name;
-    table_name.TableNodeName = u"catalog";
-    EXPECT_EQ(chosen_strategy(table_name), "TableNodeNameStrategy");
-    HintFields row_selector;
-    row_selector.RowSelector = u"//book";
-    EXPECT_EQ(chosen_strategy(row_selector), "RowSelectorStrategy");
-    HintFields row_name;
-    row_name.RowNodeName = u"book";
-    EXPECT_EQ(chosen_strategy(row_name), "RowNodeNameStrategy");
-    HintFields variable_selectors;
-    variable_selectors.VariableSelectors = {u"//t"};
-    EXPECT_EQ(chosen_strategy(variable_selectors), "VariableSelectorsStrategy");
-    HintFields variable_names;
-    variable_names.VariableNodeNames = {u"t"};
-    EXPECT_EQ(chosen_strategy(variable_names), "VariableNodeNamesStrategy");
-}
-
-TEST(TableDetector, EmptyFirstListElementsAreTreatedUnlike) {
-    // Any VariableSelectors list selects its strategy; a VariableNodeNames list whose first
-    // element is empty falls through to the default.
-    HintFields selectors;
-    selectors.VariableSelectors = {u""};
-    EXPECT_EQ(chosen_strategy(selectors), "VariableSelectorsStrategy");
-    HintFields names;
-    names.VariableNodeNames = {u"", u"t"};
-    EXPECT_EQ(chosen_strategy(names), "DefaultStrategy");
-    EXPECT_FALSE(detect_error(kDoc, names).has_value());
-    // An empty first element counts as no hint, so it may stand beside another one.
-    HintFields beside;
-    beside.VariableSelectors = {u""};
-    beside.RowNodeName = u"book";
-    EXPECT_EQ(chosen_strategy(beside), "RowNodeNameStrategy");
-    EXPECT_FALSE(detect_error(kDoc, beside).has_value());
+TEST(TableDetector, ChoosesTheStrategyOfTheGivenHint) {
+    const std::vector<std::pair<HintFields, std::string>> cases{
+        {{}, "DefaultStrategy"},
+        {{.TableSelector = u"/catalog"}, "TableSelectorStrategy"},
+        {{.TableNodeName = u"catalog"}, "TableNodeNameStrategy"},
+        {{.RowSelector = u"//book"}, "RowSelectorStrategy"},
+        {{.RowNodeName = u"book"}, "RowNodeNameStrategy"},
+        {{.VariableSelectors = {u"//t"}}, "VariableSelectorsStrategy"},
+        {{.VariableNodeNames = {u"t"}}, "VariableNodeNamesStrategy"},
+        // Any VariableSelectors list selects its strategy; a VariableNodeNames list whose first
+        // element is empty falls through to the default.
+        {{.VariableSelectors = {u""}}, "VariableSelectorsStrategy"},
+        {{.VariableNodeNames = {u"", u"t"}}, "DefaultStrategy"},
+        // An empty first element counts as no hint, so it may stand beside another one.
+        {{.RowNodeName = u"book", .VariableSelectors = {u""}}, "RowNodeNameStrategy"},
+    };
+    for (const auto& [hints, strategy] : cases) EXPECT_EQ(chosen_strategy(hints), strategy);
+    EXPECT_FALSE(detect_error(kDoc, {.VariableNodeNames = {u"", u"t"}}).has_value());
+    EXPECT_FALSE(detect_error(kDoc, {.RowNodeName = u"book", .VariableSelectors = {u""}}).has_value());
 }
 
 TEST(TableDetector, TwoHintsFailInTheChosenStrategysConstruction) {
-    HintFields two;
-    two.TableSelector = u"/catalog";
-    two.RowNodeName = u"book";
-    const auto error = detect_error(kDoc, two);
-    ASSERT_TRUE(error.has_value());
-    EXPECT_EQ(error->id, "TOLVEN:io:xml:detection:ProvideAtMostOneDetectionHint");
-    EXPECT_TRUE(error->arguments.empty());
-
-    HintFields lists;
-    lists.VariableSelectors = {u"//t"};
-    lists.VariableNodeNames = {u"t"};
-    ASSERT_TRUE(detect_error(kDoc, lists).has_value());
-    EXPECT_EQ(detect_error(kDoc, lists)->id, "TOLVEN:io:xml:detection:ProvideAtMostOneDetectionHint");
+    for (const HintFields& two : {HintFields{.RowNodeName = u"book", .TableSelector = u"/catalog"},
+                                  HintFields{.VariableNodeNames = {u"t"}, .VariableSelectors = {u"//t"}}}) {
+        const auto error = detect_error(kDoc, two);
+        ASSERT_TRUE(error.has_value());
+        EXPECT_EQ(error->id, "TOLVEN:io:xml:detection:ProvideAtMostOneDetectionHint");
+        EXPECT_TRUE(error->arguments.empty());
+    }
 }
 
 TEST(TableDetector, NamespacesAreRegisteredBeforeTheHintCountIsChecked) {
-    HintFields hints;
-    hints.TableSelector = u"/catalog";
-    hints.RowNodeName = u"book";
-    hints.RegisteredNamespaces = {{u"xml", u"urn:x"}};
-    const auto error = detect_error(kDoc, hints);
+    const auto error = detect_error(
+        kDoc, {.RowNodeName = u"book", .TableSelector = u"/catalog", .RegisteredNamespaces = {{u"xml", u"urn:x"}}});
     ASSERT_TRUE(error.has_value());
     EXPECT_EQ(error->id, "TOLVEN:io:xml:common:InvalidRegisteredNamespaces");
 }
@@ -112,11 +83,8 @@ TEST(TableDetector, OneRunLogsItsStagesOnceAndInOrder) {
 }
 
 TEST(TableDetector, TraceRecordsMarkFunctionsLeftByAnException) {
-    HintFields two;
-    two.TableSelector = u"/catalog";
-    two.RowNodeName = u"book";
     log::LogCapture capture(log::kTraceMask);
-    ASSERT_TRUE(detect_error(kDoc, two).has_value());
+    ASSERT_TRUE(detect_error(kDoc, {.RowNodeName = u"book", .TableSelector = u"/catalog"}).has_value());
     const auto messages = capture.messages();
     const std::string detect_signature =
         "tolven::io::xml::detection::ImportOptions tolven::io::xml::detection::TableDetector::Detect() const";
@@ -129,30 +97,24 @@ TEST(TableDetector, TraceRecordsMarkFunctionsLeftByAnException) {
     EXPECT_EQ(std::count(messages.begin(), messages.end(), options_signature), 2);
 }
 
-TEST(TableDetector, ErrorsLeaveTheOutputUntouched) {
-    auto doc = tolven::testing::parse_xml(kDoc);
-    vxArrayPtr object = do_create_object(doc);
-    HintFields two;
-    two.TableSelector = u"/catalog";
-    two.RowSelector = u"//book";
-    vxArrayPtr hints = tolven::testing::make_hint_struct(two);
-    const vxArray* inputs[2] = {object.get(), hints.get()};
-    vxArrayPtr outputs[1] = {do_create_char(u"before")};
-    EXPECT_ANY_THROW(tolven::io::xml::detection::detect(1, outputs, 2, inputs));
-    EXPECT_EQ(vxGetChars(outputs[0].get()), u"before");
-}
-
-TEST(TableDetector, AFirstInputThatIsNoDocumentIsRejected) {
-    vxArrayPtr not_a_document = do_create_char(u"catalog.xml");
-    vxArrayPtr hints = tolven::testing::make_hint_struct({});
-    const vxArray* inputs[2] = {not_a_document.get(), hints.get()};
-    vxArrayPtr outputs[1];
-    try {
-        tolven::io::xml::detection::detect(1, outputs, 2, inputs);
-        FAIL() << "expected an error";
-    } catch (const foundation::core::except::IMsgIDException& e) {
-        EXPECT_EQ(e.GetID(), "TOLVEN:io:xml:common:NotADocumentObject");
-    }
+TEST(TableDetector, ErrorsAreRaisedWithTheOutputLeftUntouched) {
+    const auto raised = [](vxArrayPtr first, const HintFields& hints) {
+        vxArrayPtr hint_struct = tolven::testing::make_hint_struct(hints);
+        const vxArray* inputs[2] = {first.get(), hint_struct.get()};
+        vxArrayPtr outputs[1] = {do_create_char(u"before")};
+        std::string id;
+        try {
+            tolven::io::xml::detection::detect(1, outputs, 2, inputs);
+        } catch (const foundation::core::except::IMsgIDException& e) {
+            id = e.GetID();
+        }
+        EXPECT_EQ(vxGetChars(outputs[0].get()), u"before");
+        return id;
+    };
+    EXPECT_EQ(raised(do_create_object(tolven::testing::parse_xml(kDoc)),
+                     {.TableSelector = u"/catalog", .RowSelector = u"//book"}),
+              "TOLVEN:io:xml:detection:ProvideAtMostOneDetectionHint");
+    EXPECT_EQ(raised(do_create_char(u"catalog.xml"), {}), "TOLVEN:io:xml:common:NotADocumentObject");
 }
 
 }  // namespace

@@ -31,36 +31,20 @@ TEST(MessageCatalog, EveryEntryHasPlaceholdersForExactlyItsArguments) {
     std::set<std::string_view> seen;
     for (const auto& entry : tolven::host::all_messages()) {
         EXPECT_TRUE(seen.insert(entry.identifier).second) << "duplicate " << entry.identifier;
-        std::set<std::size_t> used;
         const std::string text(entry.text);
-        // Placeholders are "{k}" with k a decimal number.
-        for (std::size_t open = text.find('{'); open != std::string::npos; open = text.find('{', open + 1)) {
-            const std::size_t close = text.find('}', open);
-            if (close == std::string::npos || close == open + 1) continue;
-            const std::string digits = text.substr(open + 1, close - open - 1);
-            if (digits.find_first_not_of("0123456789") == std::string::npos) used.insert(std::stoul(digits));
+        std::set<std::size_t> used, expected;
+        // Placeholders are "{k}"; <regex> is avoided, GCC 12 warns inside it at -O1 under -Werror.
+        for (auto open = text.find('{'); open != std::string::npos; open = text.find('{', open + 1)) {
+            const auto close = text.find('}', open);
+            const std::string digits = text.substr(open + 1, close == std::string::npos ? 0 : close - open - 1);
+            if (!digits.empty() && digits.find_first_not_of("0123456789") == std::string::npos)
+                used.insert(std::stoul(digits));
         }
-        std::set<std::size_t> expected;
         for (std::size_t k = 1; k <= entry.argument_count; ++k) expected.insert(k);
         EXPECT_EQ(used, expected) << entry.identifier;
     }
     EXPECT_GE(seen.size(), 24u);
 }
-
-TEST(MessageCatalog, UnknownIdentifiersKeepTheirArguments) {
-    EXPECT_EQ(tolven::host::format_message("X:Y", {"a", "b"}), "X:Y 'a' 'b'");
-}
-
-TEST(utf, InvalidInputIsReplacedNotFatal) {
-    EXPECT_EQ(fl::i18n::utf8_to_ustring("a\xff" "b"), u"a\uFFFDb");
-    EXPECT_EQ(fl::i18n::ustring_to_utf8(std::u16string(u"x") + char16_t(0xD800)), "x\xef\xbf\xbd");
-    EXPECT_EQ(fl::i18n::utf8_to_ustring("\xf0\x9f\x99\x82"), u"\U0001F642");
-    EXPECT_EQ(fl::i18n::ustring_to_utf8(u""), "");
-}
-
-}  // namespace
-
-namespace {
 
 TEST(MessageCatalog, ReadmeListsEveryIdentifier) {
     std::ifstream in(std::string(TOLVEN_SOURCE_DIR) + "/README.md");
@@ -68,6 +52,11 @@ TEST(MessageCatalog, ReadmeListsEveryIdentifier) {
     for (const auto& entry : tolven::host::all_messages())
         EXPECT_NE(readme.find("`" + std::string(entry.identifier) + "`"), std::string::npos)
             << entry.identifier << " is missing from README.md: run scripts/error_table.py";
+}
+
+TEST(utf, InvalidInputIsReplacedNotFatal) {
+    EXPECT_EQ(fl::i18n::utf8_to_ustring("a\xff" "b"), u"a\uFFFDb");
+    EXPECT_EQ(fl::i18n::ustring_to_utf8(std::u16string(u"x") + char16_t(0xD800)), "x\xef\xbf\xbd");
 }
 
 }  // namespace

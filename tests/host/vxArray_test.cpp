@@ -2,11 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "host/String.hpp"
-
 namespace {
-
-namespace hs = Harnvale::String;
 
 struct Counted : vxObject {
     explicit Counted(int& alive) : alive_(alive) { ++alive_; }
@@ -46,20 +42,6 @@ TEST(vxArray, SharedArraysLiveUntilTheirLastReference) {
     EXPECT_EQ(vxGetObject(shared)->class_name(), "Counted");
     destroyArray(shared);
     EXPECT_EQ(alive, 0);
-}
-
-TEST(vxArray, DataAccessMatchesTheClass) {
-    vxArrayPtr logical = do_create_numeric(vxClassID::Logical, 1, 3);
-    vxGetLogicals(logical.get())[2] = true;
-    EXPECT_EQ(vxGetNumberOfElements(logical.get()), 3u);
-    EXPECT_TRUE(static_cast<const bool*>(vxGetData(logical.get()))[2]);
-    EXPECT_EQ(vxGetDoubles(logical.get()), nullptr);
-
-    vxArrayPtr chars = do_create_char(u"");
-    EXPECT_EQ(vxGetM(chars.get()), 0u);
-    EXPECT_EQ(vxGetN(chars.get()), 0u);
-    EXPECT_THROW(do_create_numeric(vxClassID::Char, 1, 1), std::invalid_argument);
-    EXPECT_THROW(do_create_char(u"abc", 2, 2), std::invalid_argument);
 }
 
 }  // namespace

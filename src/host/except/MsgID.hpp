@@ -51,4 +51,5 @@ private:
 #define TOLVEN_COMPONENT_DETECTION "TOLVEN:io:xml:detection"
 #define TOLVEN_COMPONENT_COMMON "TOLVEN:io:xml:common"
 #define TOLVEN_COMPONENT_STRING "TOLVEN:string"
+#define TOLVEN_COMPONENT_IMPORT "TOLVEN:import"
 #define TOLVEN_COMPONENT_CLI "TOLVEN:cli"

@@ -11,6 +11,7 @@
 #include "text/textio/trim.hpp"
 #include "text/textio/MutableField.hpp"
 #include "text/typeconversion/LocaleDateData.hpp"
+#include "text/typeconversion/iso_datetime.hpp"
 #include "text/typeconversion/parse_datetime.hpp"
 #include "text/typedetection/scan_duration.hpp"
 #include "text/typedetection/scan_number.hpp"
@@ -108,32 +109,7 @@ std::optional<std::string> to_iso_datetime(const TypeAnalyzerOptions& options, s
     if (!parts) return std::nullopt;
 
     std::string out;
-    append_padded(out, static_cast<std::uint64_t>(parts->year), 4);
-    out.push_back('-');
-    append_padded(out, static_cast<std::uint64_t>(parts->month), 2);
-    out.push_back('-');
-    append_padded(out, static_cast<std::uint64_t>(parts->day), 2);
-    if (!parts->has_time) return out;
-    out.push_back('T');
-    append_padded(out, static_cast<std::uint64_t>(parts->hour), 2);
-    out.push_back(':');
-    append_padded(out, static_cast<std::uint64_t>(parts->minute), 2);
-    out.push_back(':');
-    append_padded(out, static_cast<std::uint64_t>(parts->second), 2);
-    if (!parts->fraction.empty()) {
-        out.push_back('.');
-        append_ascii(out, parts->fraction);
-    }
-    if (parts->zone == DateTimeParts::Zone::Utc) {
-        out.push_back('Z');
-    } else if (parts->zone == DateTimeParts::Zone::Offset) {
-        const int offset = parts->offset_minutes;
-        out.push_back(offset < 0 ? '-' : '+');
-        const auto minutes = static_cast<std::uint64_t>(offset < 0 ? -offset : offset);
-        append_padded(out, minutes / 60, 2);
-        out.push_back(':');
-        append_padded(out, minutes % 60, 2);
-    }
+    append_iso_datetime(out, *parts);
     return out;
 }
 

@@ -206,8 +206,15 @@ bool in_range(const DateTimeParts& parts) noexcept {
 
 }  // namespace
 
-std::optional<DateTimeParts> parse_datetime(std::u16string_view text, const LocaleDateData& locale) noexcept {
+namespace {
+
+std::optional<DateTimeParts> parse_with(std::u16string_view text, const LocaleDateData& locale,
+                                        std::optional<DateOrder> only) noexcept {
     for (const DatePattern& pattern : locale.patterns()) {
+        if (only) {
+            const auto order = numeric_order(pattern);
+            if (order && *order != *only) continue;
+        }
         Cursor c(text);
         DateTimeParts parts;
         if (match_date(pattern, locale, c, parts) && parse_time_suffix(c, pattern.iso, locale, parts) &&
@@ -217,5 +224,18 @@ std::optional<DateTimeParts> parse_datetime(std::u16string_view text, const Loca
     }
     return std::nullopt;
 }
+
+}  // namespace
+
+std::optional<DateTimeParts> parse_datetime(std::u16string_view text, const LocaleDateData& locale) noexcept {
+    return parse_with(text, locale, std::nullopt);
+}
+
+std::optional<DateTimeParts> parse_datetime(std::u16string_view text, const LocaleDateData& locale,
+                                            DateOrder order) noexcept {
+    return parse_with(text, locale, order);
+}
+
+bool is_valid_date_time(const DateTimeParts& parts) noexcept { return in_range(parts); }
 
 }  // namespace tolven::io::text::typeconversion

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string_view>
 
+#include "text/typeconversion/DateOrder.hpp"
 #include "text/typeconversion/LocaleDateData.hpp"
 
 namespace tolven::io::text::typeconversion {
@@ -30,5 +31,12 @@ struct DateTimeParts {
 // leap years, hour 0 to 23 or 1 to 12 with a marker, minute and second 0 to 59) does not accept the
 // text. nullopt when no form accepts it. Never throws.
 std::optional<DateTimeParts> parse_datetime(std::u16string_view text, const LocaleDateData& locale) noexcept;
+// The same, trying of the forms that write day and month as numbers only those of one order, so a
+// whole column reads "03/04/2024" alike. Never throws.
+std::optional<DateTimeParts> parse_datetime(std::u16string_view text, const LocaleDateData& locale,
+                                            DateOrder order) noexcept;
+
+// True when the fields are in the ranges above. Never throws.
+bool is_valid_date_time(const DateTimeParts& parts) noexcept;
 
 }  // namespace tolven::io::text::typeconversion

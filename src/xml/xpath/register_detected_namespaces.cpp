@@ -11,6 +11,7 @@
 #include "host/except/Exception.hpp"
 #include "host/utf.hpp"
 #include "xml/errors.hpp"
+#include "xml/xpath/make_context.hpp"
 
 namespace tolven::io::xml::common::xpath {
 
@@ -88,11 +89,22 @@ public:
         const std::string_view declared = view(ns->prefix);
         if (declared == "xml") return;
         lookup_key_.assign(uri);
-        if (prefixes_.count(lookup_key_) != 0) return;            // the URI already has a prefix
+        if (prefixes_.count(lookup_key_) != 0) {                  // the URI already has a prefix
+            prefix_key_.assign(declared);
+            if (!declared.empty() && bound_.count(prefix_key_) == 0) aliases_.push_back(ns);
+            return;
+        }
         const std::string base = declared.empty() ? std::string("ns") : std::string(declared);
-        std::string prefix = base;
-        for (unsigned n = 2; bound_.count(prefix) != 0; ++n) prefix = base + std::to_string(n);
-        bind(prefix, lookup_key_);
+        bind(free_prefix(base), lookup_key_);
+    }
+
+    // A second prefix a document declares for a URI is registered too, after everything else and
+    // only where it is still free, so a selector may use either prefix and nothing else moves.
+    void register_aliases() {
+        for (const xmlNs* ns : aliases_) {
+            prefix_key_.assign(view(ns->prefix));
+            if (bound_.count(prefix_key_) == 0) bind(prefix_key_, std::string(view(ns->href)));
+        }
     }
 
     DetectionResult result() && {
@@ -105,9 +117,18 @@ public:
     }
 
 private:
+    // The first of base, base2, base3, ... that is free. Prefixes are never unbound, so the search
+    // for a base resumes where it stopped last time instead of counting from 2 again.
+    std::string free_prefix(const std::string& base) {
+        if (bound_.count(base) == 0) return base;
+        unsigned& n = next_number_.try_emplace(base, 2).first->second;
+        std::string prefix = base + std::to_string(n);
+        while (bound_.count(prefix) != 0) prefix = base + std::to_string(++n);
+        return prefix;
+    }
+
     void bind(const std::string& prefix, const std::string& uri) {
-        if (xmlXPathRegisterNs(context_, reinterpret_cast<const xmlChar*>(prefix.c_str()),
-                               reinterpret_cast<const xmlChar*>(uri.c_str())) != 0) {
+        if (!register_prefix(context_, prefix.c_str(), uri.c_str())) {
             vxErrMsgId(TOLVEN::io::xml::common::Internal("cannot register the namespace prefix '" + prefix + "'"));
         }
         bound_.emplace(prefix, uri);
@@ -117,9 +138,12 @@ private:
 
     xmlXPathContext* context_;
     std::unordered_map<std::string, std::string> bound_;  // prefix -> URI
+    std::unordered_map<std::string, unsigned> next_number_;  // base -> the number free_prefix tries first
     NamespaceMap prefixes_;                               // URI -> first prefix
     std::vector<Pair> order_;
+    std::vector<const xmlNs*> aliases_;  // declarations of a URI that had a prefix, under a free one
     std::string lookup_key_;  // reused, so most declarations cost no allocation
+    std::string prefix_key_;
 };
 
 // Every element's namespace declarations, in document order: an iterative pre-order walk that
@@ -158,7 +182,10 @@ DetectionResult register_detected_namespaces(const libxml2::DocPtr& doc, std::sh
 
     Registrar registrar(context.get());
     for (const Pair& pair : pairs) registrar.register_caller_pair(pair);
-    if (detectNamespaces && doc) register_document_declarations(doc.get(), registrar);
+    if (detectNamespaces && doc) {
+        register_document_declarations(doc.get(), registrar);
+        registrar.register_aliases();
+    }
     return std::move(registrar).result();
 }
 

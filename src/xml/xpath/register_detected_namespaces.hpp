@@ -28,7 +28,10 @@ struct DetectionResult {
 //  - a declared prefix that is free is registered as written; one already bound to another URI
 //    becomes p2, p3, ... (the first free);
 //  - a default declaration gets "ns", else ns2, ns3, ... (the first free);
-//  - xmlns="" and declarations of the xml prefix register nothing.
+//  - xmlns="" and declarations of the xml prefix register nothing;
+//  - last, a declared prefix that was skipped because its URI already had one is registered as
+//    written when it is still free (so both prefixes of a URI work in selectors; the URI is still
+//    written with its first prefix).
 // The XML namespace is always written with the prefix "xml".
 // registeredNamespaces may be null, 0-by-0, 0-by-2 or a missing scalar (no pairs). Any other shape,
 // a missing element, an empty prefix or URI, the prefixes xml and xmlns, or one prefix given for two

@@ -3,6 +3,8 @@
 
 #include <string>
 
+#include "support/files.hpp"
+
 namespace tolven::testing {
 
 struct CliRun {
@@ -12,13 +14,8 @@ struct CliRun {
 };
 
 // Runs `tolven-xml <arguments>` through the shell from the source folder (arguments are shell
-// words: quote them), with standard input from stdin_file when it is not empty.
-CliRun run_cli(const std::string& arguments, const std::string& stdin_file = "");
-
-// A file of the given content in a fresh temporary folder; returns its path.
-std::string write_temp_file(const std::string& name, const std::string& content);
-
-// The path of a bundled example, e.g. example("catalog.xml").
-std::string example(const std::string& name);
+// words: quote them), with standard input from stdin_file when it is not empty, and standard output
+// to stdout_file (such as /dev/full) instead of out when that is not empty.
+CliRun run_cli(const std::string& arguments, const std::string& stdin_file = "", const std::string& stdout_file = "");
 
 }  // namespace tolven::testing

@@ -1,47 +1,12 @@
 #include <gtest/gtest.h>
 
-#include <stdexcept>
-
-#include "detection/diagnostics/TraceScope.hpp"
 #include "detection/diagnostics/printers.hpp"
 #include "detection/variables/VariableStatistics.hpp"
-#include "xml/log/getLogger.hpp"
 
 namespace {
 
-namespace log = tolven::io::xml::common::log;
 namespace diagnostics = tolven::io::xml::detection::diagnostics;
 using tolven::io::xml::detection::VariableStatistics;
-
-void traced(bool fail) {
-    TOLVEN_TRACE_SCOPE("void traced(bool)", "diagnostics/test");
-    if (fail) throw std::runtime_error("boom");
-}
-
-void catches_inside() {
-    TOLVEN_TRACE_SCOPE("void catches_inside()", "diagnostics/test");
-    try {
-        traced(true);
-    } catch (const std::runtime_error&) {
-    }
-}
-
-TEST(TraceScope, WritesEntryAndExitAndMarksExceptionalExits) {
-    log::LogCapture capture(log::kTraceMask);
-    traced(false);
-    EXPECT_THROW(traced(true), std::runtime_error);
-    catches_inside();
-    EXPECT_EQ(capture.messages(),
-              (std::vector<std::string>{"void traced(bool)", "void traced(bool)", "void traced(bool)",
-                                        "void traced(bool) [throw]", "void catches_inside()", "void traced(bool)",
-                                        "void traced(bool) [throw]", "void catches_inside()"}));
-}
-
-TEST(TraceScope, WritesNothingWhenTraceIsOff) {
-    log::LogCapture capture(log::kProgressMask | log::kDebugMask);
-    traced(false);
-    EXPECT_TRUE(capture.messages().empty());
-}
 
 TEST(printers, OptionsDumpListsTenFieldsInFixedOrder) {
     tolven::io::xml::detection::options::DetectionOptions o;

@@ -24,26 +24,15 @@ tolven::io::text::typedetection::TypeAnalyzerOptions settings(const HintFields& 
     return probe.analyzer_options();
 }
 
-TEST(AnalyzerSettings, SeparatorsUseOnlyTheirFirstCharacter) {
-    HintFields f;
-    f.DecimalSeparator = u",;";
-    f.ThousandsSeparator = u".";
-    const auto s = settings(f);
+TEST(AnalyzerSettings, AreDerivedFromTheOptions) {
+    // Separators use only their first character.
+    auto s = settings({.DecimalSeparator = u",;", .ThousandsSeparator = u"."});
     EXPECT_EQ(s.decimal_separator, u',');
     EXPECT_EQ(s.thousands_separator, u'.');
-}
-
-TEST(AnalyzerSettings, EmptyOptionsFallBackExceptTheExponentCharacters) {
-    HintFields f;
-    f.DecimalSeparator = u"";
-    f.ThousandsSeparator = u"";
-    f.ExponentCharacter = u"";
-    f.DateLocale = u"de_DE";
-    f.TrimNonnumeric = true;
-    const auto s = settings(f);
+    // Empty options fall back, except the exponent characters: empty means no exponent at all.
+    s = settings({.DateLocale = u"de_DE", .DecimalSeparator = u"", .ExponentCharacter = u"", .TrimNonnumeric = true});
     EXPECT_EQ(s.decimal_separator, u'.');
     EXPECT_EQ(s.thousands_separator, 0);
-    // An empty value replaces the analyzer's own default: no exponent at all.
     EXPECT_EQ(s.exponent_characters, u"");
     EXPECT_EQ(s.date_locale, u"de_DE");
     EXPECT_TRUE(s.trim_nonnumeric);

@@ -23,19 +23,14 @@ protected:
     tolven::testing::SearchProbe probe_{doc_.get(), tolven::testing::make_options()};
 };
 
-TEST_F(Scoring, CoverageMustExceedTheThreshold) {
+TEST_F(Scoring, AcceptsWhenOneVariableCoversMoreThanTheThresholdAndCountsEveryVariable) {
     EXPECT_EQ(score({leaf(5)}, 10, 0.5), 0u);
     EXPECT_EQ(score({leaf(6)}, 10, 0.5), 1u);
     EXPECT_EQ(score({}, 10, 0.5), 0u);
-}
-
-TEST_F(Scoring, OneCoveringVariableAcceptsAndEveryVariableIsCounted) {
     // The parent without text is no variable; the attribute's 9 of 10 values accept at 0.7.
     EXPECT_EQ(score({parent(10, 0), leaf(2), attribute(10, 9), leaf(1)}, 10, 0.7), 3u);
-}
-
-TEST_F(Scoring, NonLeavesAndAttributesAreJudgedByTheirValues) {
-    // Present everywhere but empty everywhere: counted, never accepting on its own.
+    // Non-leaves and attributes are judged by their values: present everywhere but empty
+    // everywhere is counted, never accepting on its own.
     EXPECT_EQ(score({attribute(10, 0)}, 10, 0.5), 0u);
     EXPECT_EQ(score({attribute(10, 0), leaf(8)}, 10, 0.5), 2u);
     EXPECT_EQ(score({parent(10, 6)}, 10, 0.5), 1u);

@@ -25,7 +25,6 @@ public:
     }
 
     using DetectionStrategy::context;
-    using DetectionStrategy::DetectTableRecursiveImpl;
     using DetectionStrategy::evaluateTable;
     using DetectionStrategy::evaulateClusters;
     using DetectionStrategy::GetDocumentRootNode;
@@ -34,7 +33,6 @@ public:
     using DetectionStrategy::getRowListTable;
     using DetectionStrategy::hasRepeatingChildrenNodes;
     using DetectionStrategy::MakeImportOptions;
-    using DetectionStrategy::namespaces;
 };
 
 }  // namespace tolven::testing

@@ -13,17 +13,18 @@
 
 namespace tolven::testing {
 
-// The fifteen hint fields with the command line's defaults.
+// The fifteen hint fields with the command line's defaults; every member has an initializer so
+// tests can name just the fields they set.
 struct HintFields {
-    std::u16string TableNodeName, RowNodeName, TableSelector, RowSelector;
-    std::vector<std::u16string> VariableNodeNames, VariableSelectors;
+    std::u16string TableNodeName{}, RowNodeName{}, TableSelector{}, RowSelector{};
+    std::vector<std::u16string> VariableNodeNames{}, VariableSelectors{};
     std::u16string AttributeSuffix = u"Attribute";
     std::u16string DateLocale = u"en_US";
     bool ImportAttributes = true;
     bool DetectNamespaces = true;
-    std::vector<std::pair<std::u16string, std::u16string>> RegisteredNamespaces;
+    std::vector<std::pair<std::u16string, std::u16string>> RegisteredNamespaces{};
     std::u16string DecimalSeparator = u".";
-    std::u16string ThousandsSeparator;
+    std::u16string ThousandsSeparator{};
     std::u16string ExponentCharacter = u"eEdD";
     bool TrimNonnumeric = false;
 };

@@ -106,11 +106,4 @@ TEST_F(Statistics, AttributesLeftOutStillStopAnElementBeingALeaf) {
     EXPECT_EQ(stats_.size(), 2u);
 }
 
-TEST_F(Statistics, RowEntryIsNamedAfterTheFirstRowWhateverTheOthersAreCalled) {
-    collect("<t><first><v>1</v></first><second><v>2</v></second></t>");
-    EXPECT_STREQ(reinterpret_cast<const char*>(tree_.node->name), "first");
-    EXPECT_EQ(stats_of(tree_).num_row_appearances, 2u);
-    EXPECT_EQ(stats_of(child(0)).num_row_appearances, 2u);
-}
-
 }  // namespace

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "detection/support/detect_helpers.hpp"
-#include "host/except/Exception.hpp"
 
 namespace {
 
@@ -50,22 +49,6 @@ TEST_F(NodeHelpers, NameHoldingAColonIsMatchedByLocalName) {
     xmlNode* odd = xmlNewNode(nullptr, BAD_CAST "a:b");
     EXPECT_EQ(make_name_step(odd, namespaces_), u"*[local-name()='a:b']");
     xmlFreeNode(odd);
-}
-
-TEST_F(NodeHelpers, NullGivesAnEmptyStepAndOtherKindsAreRejected) {
-    EXPECT_EQ(make_name_step(nullptr, namespaces_), u"");
-    const xmlNode* text = price_->children;
-    ASSERT_EQ(text->type, XML_TEXT_NODE);
-    const auto raised = [&] {
-        try {
-            make_name_step(text, namespaces_);
-        } catch (const foundation::core::except::IMsgIDException& e) {
-            return std::make_pair(e.GetID(), e.GetBaseMsgIDObj().arguments_utf8());
-        }
-        return std::make_pair(std::string(), std::vector<std::string>());
-    }();
-    EXPECT_EQ(raised.first, "TOLVEN:io:xml:common:Internal");
-    EXPECT_EQ(raised.second, std::vector<std::string>{"Invalid node type"});
 }
 
 }  // namespace

@@ -30,55 +30,38 @@ TEST(classify, DefaultSettingsTellEveryKindFromItsNearMiss) {
         {"42", ImportTypeID::Number},
         {"  -3.25  ", ImportTypeID::Number},
         {"+.5", ImportTypeID::Number},
-        {"5.", ImportTypeID::Number},
         {"1e5", ImportTypeID::Number},
-        {"1E-5", ImportTypeID::Number},
         {"12D4", ImportTypeID::Number},
-        {"2.5d+3", ImportTypeID::Number},
         {"1e", ImportTypeID::Text},
-        {"e5", ImportTypeID::Text},
-        {".", ImportTypeID::Text},
         {"1.2.3", ImportTypeID::Text},
-        {"--1", ImportTypeID::Text},
         {"1,234", ImportTypeID::Text},
         {"NaN", ImportTypeID::Text},  // holds no digit
-        {"-inf", ImportTypeID::Text},
         {"0x1F", ImportTypeID::Hexadecimal},
-        {"0XdeadBEEF", ImportTypeID::Hexadecimal},
         {"0x", ImportTypeID::Hexadecimal},
         {"0x1G", ImportTypeID::Text},
-        {"1F", ImportTypeID::Text},
         {"0b101", ImportTypeID::Binary},
-        {"0B", ImportTypeID::Binary},
         {"0b102", ImportTypeID::Text},
         {"12:30", ImportTypeID::Duration},
-        {"01:02:03.5", ImportTypeID::Duration},
         {"2:03:04:05", ImportTypeID::Duration},
-        {"-0:30", ImportTypeID::Duration},
         {"1:2:3:4:5", ImportTypeID::DurationShapedText},
-        {"12:30:", ImportTypeID::DurationShapedText},
         {"12::30", ImportTypeID::Text},
-        {"12:30.", ImportTypeID::Text},
         {"10:20 AM", ImportTypeID::Text},
         {"2024-01-05", ImportTypeID::Date},
         {"2024-01-05T10:20:30.125Z", ImportTypeID::DateTime},
         {"Tue, 10 Jun 2003 04:00:00 GMT", ImportTypeID::DateTime},
         {"hello", ImportTypeID::Text},
-        {"room 12", ImportTypeID::Text},
         {"a|b|", ImportTypeID::MarkedText},
         {"first line\nsecond line", ImportTypeID::MarkedText},
     });
 }
 
-TEST(classify, CommaDecimalWithFullStopThousands) {
-    TypeAnalyzerOptions options;
-    options.decimal_separator = u',';
-    options.thousands_separator = u'.';
-    expect_all(options, {
+TEST(classify, Separators) {
+    TypeAnalyzerOptions german;
+    german.decimal_separator = u',';
+    german.thousands_separator = u'.';
+    expect_all(german, {
         {"1.234,5", ImportTypeID::Number},
-        {"1.234.567", ImportTypeID::Number},
         {"-0,5", ImportTypeID::Number},
-        {"3,2e4", ImportTypeID::Number},
         {"1,2,3", ImportTypeID::Text},
         {"01:02:03,5", ImportTypeID::Duration},
         // Separators are dropped wherever they stand, so a dotted date reads as the number 5012024
@@ -86,18 +69,14 @@ TEST(classify, CommaDecimalWithFullStopThousands) {
         {"05.01.2024", ImportTypeID::Number},
         {"05/01/2024", ImportTypeID::Date},
     });
-}
 
-TEST(classify, CommaDecimalWithoutThousandsRefusesFullStop) {
-    TypeAnalyzerOptions options;
-    options.decimal_separator = u',';
-    expect_all(options, {{"2,5", ImportTypeID::Number}, {"2.5", ImportTypeID::Text}, {"01:02:03.5", ImportTypeID::Text}});
-}
+    TypeAnalyzerOptions comma_decimal;
+    comma_decimal.decimal_separator = u',';
+    expect_all(comma_decimal, {{"2,5", ImportTypeID::Number}, {"2.5", ImportTypeID::Text}});
 
-TEST(classify, CommaThousandsAreIgnoredWherever) {
-    TypeAnalyzerOptions options;
-    options.thousands_separator = u',';
-    expect_all(options, {{"1,234,567.89", ImportTypeID::Number}, {"12,34", ImportTypeID::Number}, {",", ImportTypeID::Text}});
+    TypeAnalyzerOptions comma_thousands;
+    comma_thousands.thousands_separator = u',';
+    expect_all(comma_thousands, {{"1,234,567.89", ImportTypeID::Number}, {",", ImportTypeID::Text}});
 }
 
 TEST(classify, ExponentCharactersComeFromSettings) {
@@ -119,37 +98,30 @@ TEST(classify, TrimNonnumericStripsUnitsAndCurrencies) {
     expect_all(on, {
         {"$12.50", ImportTypeID::Number},
         {"45 %", ImportTypeID::Number},
-        {"USD -7", ImportTypeID::Number},
         {"12 kg 5", ImportTypeID::Text},
         {"$", ImportTypeID::Text},
         {"2024-01-05", ImportTypeID::Date},
-        {"12:30", ImportTypeID::Duration},
-        {"0x1F", ImportTypeID::Hexadecimal},
     });
 
     TypeAnalyzerOptions euro = on;
     euro.decimal_separator = u',';
-    expect_all(euro, {{"EUR 3,20", ImportTypeID::Number}, {"3,20 €", ImportTypeID::Number}});
+    expect_all(euro, {{"3,20 €", ImportTypeID::Number}});
 }
 
 TEST(classify, DatesFollowTheLocale) {
     TypeAnalyzerOptions german;
     german.date_locale = u"de_DE";
     expect_all(german, {
-        {"05-März-2024", ImportTypeID::Date},
         {"5. März 2024", ImportTypeID::Date},
         {"5. März 2024 10:20", ImportTypeID::DateTime},
         {"05.03.2024", ImportTypeID::Date},
-        {"5 Mär 2024", ImportTypeID::Date},
     });
 
     TypeAnalyzerOptions french;
     french.date_locale = u"fr_FR";
     expect_all(french, {
-        {"5 janvier 2024", ImportTypeID::Date},
         {"5 janv. 2024", ImportTypeID::Date},
         {"lundi 5 février 2024", ImportTypeID::Date},
-        {"5 févr. 2024 23:59:59", ImportTypeID::DateTime},
         {"5 jnvier 2024", ImportTypeID::Text},
     });
 
@@ -165,11 +137,8 @@ TEST(classify, ImpossibleCalendarDatesAreText) {
         {"2000-02-29", ImportTypeID::Date},
         {"2024-04-31", ImportTypeID::Text},
         {"2024-13-01", ImportTypeID::Text},
-        {"2024-00-10", ImportTypeID::Text},
         {"13/13/2024", ImportTypeID::Text},
         {"2024-01-05 24:00", ImportTypeID::Text},
-        {"2024-01-05 10:60", ImportTypeID::Text},
-        {"2024-01-05 10:20:60", ImportTypeID::Text},
         {"Jan 5, 2024 13:00 PM", ImportTypeID::Text},
     });
 }

@@ -23,7 +23,6 @@ TEST(detect_variable_type, VoteOutcomes) {
         {"empty list", {}, TolvenType::String},
         {"all empty", {"", "  ", "\t"}, TolvenType::String},
         {"empties outnumber one number", {"", "", "", "7"}, TolvenType::Double},
-        {"majority", {"1", "x", "2", "3"}, TolvenType::Double},
         {"tie goes to the first seen", {"a", "1", "b", "2"}, TolvenType::String},
         {"tie goes to the first seen, reversed", {"1", "a", "2", "b"}, TolvenType::Double},
         {"empties then a tie", {"", "", "", "2024-01-05", "0x1F"}, TolvenType::Datetime},
@@ -41,8 +40,6 @@ TEST(detect_variable_type, LimitCountsOnlyNonEmptySamples) {
     EXPECT_EQ(detect({"", "", "1", "2"}, 2), TolvenType::Double);
     // The third non-empty sample is beyond the limit and never votes.
     EXPECT_EQ(detect({"a", "1", "2", "3"}, 2), TolvenType::String);
-    EXPECT_EQ(detect({"1", "a", "b", "c", "d"}, 1), TolvenType::Double);
-    EXPECT_EQ(detect({"", "", "x", "1", "2", "3"}, 1), TolvenType::String);
     EXPECT_EQ(detect({"1"}, 0), TolvenType::String);
 }
 
@@ -53,8 +50,6 @@ TEST(detect_variable_type, SamplesAreUtf8AndUseTheSettings) {
     options.thousands_separator = u'.';
     const std::vector<std::string_view> dates = {"5. M\xC3\xA4rz 2024", "1.234,5", "6. M\xC3\xA4rz 2024"};
     EXPECT_EQ(detect_variable_type(options, dates, 250), TolvenType::Datetime);
-    const std::vector<std::string_view> numbers = {"1.234,5", "2,5", "x"};
-    EXPECT_EQ(detect_variable_type(options, numbers, 250), TolvenType::Double);
     // An ill-formed UTF-8 byte becomes a replacement character: text, not a failure.
     const std::vector<std::string_view> broken = {"\xFF", "\xC3"};
     EXPECT_EQ(detect_variable_type(options, broken, 250), TolvenType::String);

@@ -18,25 +18,6 @@ std::vector<const xmlNode*> element_children(const xmlNode* node) {
     return children;
 }
 
-namespace {
-const xmlNode* find_below(const xmlNode* node, std::string_view name) {
-    for (; node != nullptr; node = node->next) {
-        if (node->type != XML_ELEMENT_NODE) continue;
-        std::string written;
-        if (node->ns != nullptr && node->ns->prefix != nullptr)
-            written = std::string(reinterpret_cast<const char*>(node->ns->prefix)) + ":";
-        written += reinterpret_cast<const char*>(node->name);
-        if (written == name) return node;
-        if (const xmlNode* found = find_below(node->children, name)) return found;
-    }
-    return nullptr;
-}
-}  // namespace
-
-const xmlNode* find_element(const io::xml::common::vcos::DocWrapper& doc, std::string_view name) {
-    return find_below(root_of(doc), name);
-}
-
 Raised raised_by(const std::function<void()>& call) {
     try {
         call();

@@ -20,8 +20,6 @@ std::shared_ptr<io::xml::common::vcos::DocWrapper> parse_xml(std::string_view xm
 const xmlNode* root_of(const io::xml::common::vcos::DocWrapper& doc);
 // The element children of node, in document order.
 std::vector<const xmlNode*> element_children(const xmlNode* node);
-// The first element in document order (pre-order) whose name as written (prefix:local) is name.
-const xmlNode* find_element(const io::xml::common::vcos::DocWrapper& doc, std::string_view name);
 
 // What a call raised through the host's error path: its identifier and arguments ("" when nothing).
 struct Raised {

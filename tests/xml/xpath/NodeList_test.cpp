@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -26,14 +25,18 @@ using tolven::test::parse_xml;
 
 constexpr const char* kDoc = "<r xmlns:k='urn:k'><a id='1'>x</a><a id='2'>y</a><k:b/><!-- note --></r>";
 
-// The strings and message carried by what evaluating expression throws (empty when nothing).
+// What evaluating expression throws as Error (all empty when nothing).
+struct Thrown {
+    std::vector<std::u16string> strings;
+    std::u16string message;
+    std::string what;
+};
 template <class Error>
-std::pair<std::vector<std::u16string>, std::u16string> thrown(const std::shared_ptr<xmlXPathContext>& context,
-                                                              std::u16string_view expression) {
+Thrown thrown(const std::shared_ptr<xmlXPathContext>& context, std::u16string_view expression) {
     try {
         NodeList nodes(context, expression);
     } catch (const Error& error) {
-        return {error.strings(), error.message()};
+        return {error.strings(), error.message(), static_cast<const XMLException&>(error).what()};
     } catch (const std::exception& other) {
         ADD_FAILURE() << "unexpected exception: " << other.what();
     }
@@ -50,21 +53,11 @@ TEST(NodeList, SelectsNodesInDocumentOrder) {
     register_detected_namespaces(f.doc->doc(), f.context, nullptr, true);
     NodeList nodes(f.context, u"/r/* | //@id | //comment()");
     ASSERT_EQ(nodes.size(), 6u);
-    EXPECT_STREQ(reinterpret_cast<const char*>(nodes.get_node_at_index(0)->name), "a");
     EXPECT_TRUE(nodes.is_element_node(0));
     EXPECT_EQ(nodes.get_node_at_index(1)->type, XML_ATTRIBUTE_NODE);
     EXPECT_FALSE(nodes.is_element_node(1));
-    EXPECT_STREQ(reinterpret_cast<const char*>(nodes.get_node_at_index(4)->name), "b");
     EXPECT_EQ(nodes.get_node_at_index(5)->type, XML_COMMENT_NODE);
     EXPECT_THROW(nodes.get_node_at_index(6), std::out_of_range);
-
-    NodeList prefixed(f.context, u"//k:b");
-    EXPECT_EQ(prefixed.size(), 1u);
-    NodeList nothing(f.context, u"//missing");
-    EXPECT_TRUE(nothing.empty());
-    NodeList second(f.context, u"(//a)[last()]/@id");
-    ASSERT_EQ(second.size(), 1u);
-    EXPECT_STREQ(reinterpret_cast<const char*>(second.get_node_at_index(0)->children->content), "2");
 }
 
 TEST(NodeList, RelativeExpressionStartsAtTheContextNode) {
@@ -80,20 +73,20 @@ TEST(NodeList, RelativeExpressionStartsAtTheContextNode) {
 
 TEST(NodeList, UnregisteredPrefixCarriesThePrefix) {
     Fixture f;
-    auto [strings, message] = thrown<XMLNamespaceError>(f.context, u"//x:a");
-    EXPECT_EQ(strings, std::vector<std::u16string>{u"x"});
-    EXPECT_EQ(message, u"x");
+    const auto unregistered = thrown<XMLNamespaceError>(f.context, u"//x:a");
+    EXPECT_EQ(unregistered.strings, std::vector<std::u16string>{u"x"});
+    EXPECT_EQ(unregistered.message, u"x");
 
     // A registered prefix before it, axis names and string literals are not mistaken for it.
     register_detected_namespaces(f.doc->doc(), f.context, nullptr, true);
-    std::tie(strings, message) = thrown<XMLNamespaceError>(f.context, u"//k:b[@id='q:r']/child::zz:c");
-    EXPECT_EQ(strings, std::vector<std::u16string>{u"zz"});
+    EXPECT_EQ(thrown<XMLNamespaceError>(f.context, u"//k:b[@id='q:r']/child::zz:c").strings,
+              std::vector<std::u16string>{u"zz"});
 
     // A prefixed function or variable: libxml2 only sets the code (and would print the rest).
     ::testing::internal::CaptureStderr();
-    std::tie(strings, message) = thrown<XMLNamespaceError>(f.context, u"fn:count(//a) > $v:limit");
+    const auto function = thrown<XMLNamespaceError>(f.context, u"fn:count(//a) > $v:limit");
     EXPECT_EQ(::testing::internal::GetCapturedStderr(), "");
-    EXPECT_EQ(strings, std::vector<std::u16string>{u"fn"});
+    EXPECT_EQ(function.strings, std::vector<std::u16string>{u"fn"});
 }
 
 TEST(NodeList, NonNodeSetResultsCarryExpressionAndKind) {
@@ -101,41 +94,21 @@ TEST(NodeList, NonNodeSetResultsCarryExpressionAndKind) {
     const std::vector<std::pair<std::u16string, std::u16string>> cases = {
         {u"count(//a)", u"number"}, {u"string(/r/a)", u"string"}, {u"1=1", u"boolean"}};
     for (const auto& [expression, kind] : cases) {
-        const auto [strings, message] = thrown<XMLInvalidNodeset>(f.context, expression);
-        EXPECT_EQ(strings, (std::vector<std::u16string>{expression, kind}));
-        EXPECT_EQ(message, expression);
+        const auto error = thrown<XMLInvalidNodeset>(f.context, expression);
+        EXPECT_EQ(error.strings, (std::vector<std::u16string>{expression, kind}));
+        EXPECT_EQ(error.message, expression);
     }
 }
 
 TEST(NodeList, MalformedExpressionsCarryExpressionAndLibxmlMessage) {
     Fixture f;
-    const std::vector<std::pair<std::u16string, std::u16string>> cases = {
-        {u"//[", u"Invalid expression"},
-        {u"//a[1", u"Invalid predicate"},
-        {u"nosuch(//a)", u"Unregistered function"},
-        {u"'open", u"Unfinished literal"},
-        {u"$v", u"Undefined variable"},
-    };
-    for (const auto& [expression, libxml_message] : cases) {
-        const auto [strings, message] = thrown<XMLInvalidXPathExpression>(f.context, expression);
-        EXPECT_EQ(strings, (std::vector<std::u16string>{expression, libxml_message}));
-        EXPECT_EQ(message, expression + u": " + libxml_message);
-    }
-}
-
-TEST(NodeList, ErrorsAreXmlExceptionsWithUtf8What) {
-    Fixture f;
-    try {
-        NodeList nodes(f.context, u"//[");
-        FAIL() << "no error raised";
-    } catch (const XMLException& error) {
-        EXPECT_STREQ(error.what(), "//[: Invalid expression");
-    }
-}
-
-TEST(NodeList, ContextErrorHandlerIsRestoredAfterAFailure) {
-    Fixture f;
-    EXPECT_THROW(NodeList(f.context, u"//["), XMLInvalidXPathExpression);
+    const auto invalid = thrown<XMLInvalidXPathExpression>(f.context, u"//[");
+    EXPECT_EQ(invalid.strings, (std::vector<std::u16string>{u"//[", u"Invalid expression"}));
+    EXPECT_EQ(invalid.message, u"//[: Invalid expression");
+    EXPECT_EQ(invalid.what, "//[: Invalid expression");
+    EXPECT_EQ(thrown<XMLInvalidXPathExpression>(f.context, u"//a[1").strings,
+              (std::vector<std::u16string>{u"//a[1", u"Invalid predicate"}));
+    // The context's error handler is given back.
     EXPECT_EQ(f.context->error, nullptr);
     EXPECT_EQ(f.context->userData, nullptr);
 }
@@ -143,23 +116,17 @@ TEST(NodeList, ContextErrorHandlerIsRestoredAfterAFailure) {
 TEST(NodeList, EvaluatesConcurrentlyOnSeparateDocuments) {
     std::vector<std::thread> threads;
     std::vector<int> failures(4, 0);
-    for (int t = 0; t < 4; ++t) {
+    for (int t = 0; t < 4; ++t)
         threads.emplace_back([t, &failures] {
             Fixture f;
             register_detected_namespaces(f.doc->doc(), f.context, nullptr, true);
-            for (int i = 0; i < 200; ++i) {
-                try {
-                    NodeList nodes(f.context, (i % 2 == 0) ? u"//y:a" : u"//[");
+            for (int i = 0; i < 100; ++i) {
+                if (thrown<XMLNamespaceError>(f.context, u"//y:a").strings != std::vector<std::u16string>{u"y"})
                     ++failures[t];
-                } catch (const XMLNamespaceError& error) {
-                    if (error.strings() != std::vector<std::u16string>{u"y"}) ++failures[t];
-                } catch (const XMLInvalidXPathExpression& error) {
-                    if (error.strings().size() != 2 || error.strings()[1] != u"Invalid expression") ++failures[t];
-                }
+                if (thrown<XMLInvalidXPathExpression>(f.context, u"//[").what != "//[: Invalid expression") ++failures[t];
                 if (NodeList(f.context, u"//k:b").size() != 1) ++failures[t];
             }
         });
-    }
     for (auto& thread : threads) thread.join();
     EXPECT_EQ(failures, std::vector<int>(4, 0));
 }

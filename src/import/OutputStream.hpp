@@ -1,0 +1,79 @@
+#pragma once
+// A buffered writer on a file descriptor: the hot path appends to memory, the system sees large writes.
+
+#include <cstddef>
+#include <cstring>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace tolven::import {
+
+class OutputStream {
+public:
+    // name is used in messages ("<stdout>" or the path the user gave). The descriptor is not owned.
+    OutputStream(int fd, std::string name);
+    ~OutputStream();
+    OutputStream(const OutputStream&) = delete;
+    OutputStream& operator=(const OutputStream&) = delete;
+
+    // A plain array and a count: most pieces are a few bytes, and a string's append costs more than
+    // their copy.
+    void append(std::string_view text) {
+        if (text.size() > kSize - used_) {
+            append_long(text);
+            return;
+        }
+        copy(buffer_.get() + used_, text.data(), text.size());
+        used_ += text.size();
+    }
+    void put(char c) {
+        if (used_ == kSize) flush_buffer();
+        buffer_[used_++] = c;
+    }
+    // Writes everything buffered. Raises "TOLVEN:import:OutputNotWritable" (name, reason) on failure.
+    void flush();
+    // True when what was written can be taken back: the descriptor is a regular file.
+    bool rewindable() const noexcept { return start_ >= 0; }
+    // Drops the buffer and cuts the file back to where this stream started writing. Raises
+    // OutputNotWritable.
+    void rewind();
+
+private:
+    // memcpy without a call for the short pieces most fields are: two copies of a fixed size that
+    // overlap cover every length up to twice that size, reading and writing only the piece's bytes.
+    // GCC 12 warns of the branches for other sizes where a literal of known size is inlined, though
+    // they are never taken for it.
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Warray-bounds"
+#pragma GCC diagnostic ignored "-Wstringop-overread"
+#endif
+    static void copy(char* to, const char* from, std::size_t n) noexcept {
+        if (n >= 8 && n <= 16) {
+            std::memcpy(to, from, 8);
+            std::memcpy(to + n - 8, from + n - 8, 8);
+        } else if (n >= 4 && n < 8) {
+            std::memcpy(to, from, 4);
+            std::memcpy(to + n - 4, from + n - 4, 4);
+        } else if (n < 4) {
+            for (std::size_t i = 0; i < n; ++i) to[i] = from[i];
+        } else {
+            std::memcpy(to, from, n);
+        }
+    }
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic pop
+#endif
+    static constexpr std::size_t kSize = std::size_t{1} << 20;
+    void append_long(std::string_view text);
+    void flush_buffer();
+    void write_all(const char* data, std::size_t size);
+    int fd_;
+    std::string name_;
+    long long start_ = -1;  // the file's offset when the stream began; -1 when not a regular file
+    std::unique_ptr<char[]> buffer_;
+    std::size_t used_ = 0;
+};
+
+}  // namespace tolven::import

@@ -1,0 +1,36 @@
+#pragma once
+// Imports the table in one pass of libxml2's push parser, without building the document tree.
+
+#include "import/ImportPlan.hpp"
+#include "import/InputDocument.hpp"
+#include "import/Progress.hpp"
+#include "import/RowSink.hpp"
+#include "xml/parser/ParserSettings.hpp"
+#include "xml/parser/SaxHandler.hpp"
+
+namespace tolven::import {
+
+class StreamingImporter {
+public:
+    // The plan must be streamable and outlive the importer.
+    explicit StreamingImporter(const ImportPlan& plan, const io::xml::common::parser::ParserSettings& settings = {})
+        : plan_(plan), settings_(settings) {}
+
+    // Reads input from its start, matching rows and values by their paths. Memory holds only the rows
+    // not yet written: the current one, plus, for columns aligned by index, those waiting for a value.
+    // Stops reading as soon as the sink wants no more rows. progress, when given, is told how far it is.
+    // Raises "TOLVEN:io:xml:common:MalformedDocument" (source, line, column, message),
+    // "TOLVEN:io:xml:common:FileNotReadable" and "TOLVEN:io:xml:common:OutOfMemory".
+    void run(InputDocument& input, RowSink& sink, Progress* progress = nullptr) const;
+
+    // observer, which must outlive the importer, is shown every event of the pass too; what it
+    // returns is not heeded.
+    void observe(io::xml::common::parser::SaxHandler* observer) noexcept { observer_ = observer; }
+
+private:
+    const ImportPlan& plan_;
+    io::xml::common::parser::ParserSettings settings_;
+    io::xml::common::parser::SaxHandler* observer_ = nullptr;
+};
+
+}  // namespace tolven::import

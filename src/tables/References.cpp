@@ -1,0 +1,121 @@
+#include "tables/References.hpp"
+
+#include <algorithm>
+#include <set>
+#include <unordered_map>
+#include <vector>
+
+#include "tables/node_text.hpp"
+
+namespace tolven::tables {
+
+namespace {
+
+// Longer lists are data, not lists looked up in.
+constexpr std::size_t kMaxLookupRows = 500;
+// Values longer than this are text, not codes.
+constexpr std::size_t kMaxKey = 64;
+
+using Mentions = std::unordered_map<std::string_view, std::size_t>;
+
+std::string_view code(std::string_view text) {
+    constexpr std::string_view blank = " \t\n\r";
+    const auto first = text.find_first_not_of(blank);
+    if (first == std::string_view::npos) return {};
+    text = text.substr(first, text.find_last_not_of(blank) - first + 1);
+    if (!text.empty() && text.front() == '#') text.remove_prefix(1);  // "#style1" names style1
+    return text.size() > kMaxKey ? std::string_view() : text;
+}
+
+// Numbers, dates and times: measurements, not codes (and most of a large document's values, left uncounted).
+bool numeric(std::string_view v) {
+    if (!v.empty() && (v.front() == '-' || v.front() == '+' || v.front() == '.')) v.remove_prefix(1);
+    return !v.empty() && v.front() >= '0' && v.front() <= '9';
+}
+
+std::string_view attribute_value(const xmlAttr* a) {
+    if (a->children == nullptr || a->children->next != nullptr || a->children->content == nullptr) return {};
+    return reinterpret_cast<const char*>(a->children->content);
+}
+
+// Counts each element's name, attribute values and leaf text below and including node.
+void count(const xmlNode* node, Mentions& into) {
+    into[reinterpret_cast<const char*>(node->name)]++;
+    for (const xmlAttr* a = node->properties; a != nullptr; a = a->next)
+        if (const auto v = code(attribute_value(a)); !v.empty() && !numeric(v)) into[v]++;
+    bool leaf = true;
+    for (const xmlNode* c = node->children; c != nullptr; c = c->next)
+        if (c->type == XML_ELEMENT_NODE) {
+            leaf = false;
+            count(c, into);
+        }
+    if (leaf)
+        if (const auto v = code(first_text(node)); !v.empty() && !numeric(v)) into[v]++;
+}
+
+}  // namespace
+
+bool References::looked_up(const std::vector<const xmlNode*>& rows) {
+    if (rows.size() < 2 || rows.size() > kMaxLookupRows) return false;
+    // The keys a row could have: its attributes and its leaf children.
+    std::vector<std::pair<const xmlChar*, bool>> keys;
+    for (const xmlAttr* a = rows.front()->properties; a != nullptr; a = a->next) keys.emplace_back(a->name, true);
+    for (const xmlNode* c : element_children(rows.front()))
+        if (!has_element_children(c)) keys.emplace_back(c->name, false);
+
+    // Each row's value for every key: an attribute of that name, or the text of its only leaf child of
+    // that name. One walk of a row's children serves all its keys, as rows may be hundreds wide.
+    std::unordered_map<std::string_view, std::size_t> element_keys;
+    for (std::size_t k = 0; k < keys.size(); ++k)
+        if (!keys[k].second) element_keys.emplace(reinterpret_cast<const char*>(keys[k].first), k);
+    std::vector<std::set<std::string_view>> values(keys.size());
+    std::vector<bool> usable(keys.size(), true);
+    std::vector<std::string_view> found(keys.size());
+    std::vector<unsigned char> met(keys.size());  // 0 none, 1 one leaf, 2 more than one or not a leaf
+    for (const xmlNode* row : rows) {
+        std::fill(found.begin(), found.end(), std::string_view());
+        std::fill(met.begin(), met.end(), 0);
+        for (std::size_t k = 0; k < keys.size(); ++k)
+            if (keys[k].second && usable[k])
+                if (const xmlAttr* a = xmlHasProp(row, keys[k].first)) found[k] = code(attribute_value(a));
+        for (const xmlNode* c = row->children; c != nullptr; c = c->next) {
+            if (c->type != XML_ELEMENT_NODE) continue;
+            const auto key = element_keys.find(reinterpret_cast<const char*>(c->name));
+            if (key == element_keys.end() || !usable[key->second]) continue;
+            unsigned char& m = met[key->second];
+            m = m == 0 && !has_element_children(c) ? 1 : 2;
+            if (m == 1) found[key->second] = code(first_text(c));
+        }
+        bool any = false;
+        for (std::size_t k = 0; k < keys.size(); ++k) {
+            if (!usable[k]) continue;
+            const std::string_view v = keys[k].second || met[k] == 1 ? found[k] : std::string_view();
+            usable[k] = !v.empty() && !numeric(v) && values[k].insert(v).second;
+            any = any || usable[k];
+        }
+        if (!any) return false;
+    }
+
+    Mentions inside;
+    for (std::size_t k = 0; k < keys.size(); ++k) {
+        if (!usable[k]) continue;
+        if (!counted_) {
+            count(root_, mentions_);
+            counted_ = true;
+        }
+        if (inside.empty())
+            for (const xmlNode* row : rows) count(row, inside);
+        std::size_t named = 0, mentions = 0;
+        for (const std::string_view v : values[k]) {
+            const std::size_t outside = mentions_[v] - inside[v];
+            named += outside > 0 ? 1 : 0;
+            mentions += outside;
+        }
+        // Three mentions a key or more: many rows name each one. Tables of the same records kept
+        // side by side (definitions, results, entries) name each other's keys once or twice.
+        if (2 * named >= values[k].size() && mentions >= 3 * named) return true;
+    }
+    return false;
+}
+
+}  // namespace tolven::tables

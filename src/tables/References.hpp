@@ -1,0 +1,29 @@
+#pragma once
+// Lists the rest of a document looks values up in: the styles its cells name, the channels or
+// sensors its records refer to, the categories, parties or questions its rows give by code.
+
+#include <libxml/tree.h>
+
+#include <cstddef>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace tolven::tables {
+
+class References {
+public:
+    explicit References(const xmlNode* root) : root_(root) {}
+
+    // True when rows are a short list whose keys (an attribute or a field each row has once, no two
+    // rows alike, not numbers or dates) the rest of the document names, each named key three times or more on average.
+    bool looked_up(const std::vector<const xmlNode*>& rows);
+
+private:
+    const xmlNode* root_;
+    // How often each attribute value, leaf text and element name occurs in the document.
+    std::unordered_map<std::string_view, std::size_t> mentions_;
+    bool counted_ = false;
+};
+
+}  // namespace tolven::tables
