@@ -65,9 +65,9 @@ bool References::looked_up(const std::vector<const xmlNode*>& rows) {
 
     // Each row's value for every key: an attribute of that name, or the text of its only leaf child of
     // that name. One walk of a row's children serves all its keys, as rows may be hundreds wide.
-    std::unordered_map<std::string_view, std::size_t> element_keys;
+    std::unordered_map<std::string_view, std::size_t> element_keys, attribute_keys;
     for (std::size_t k = 0; k < keys.size(); ++k)
-        if (!keys[k].second) element_keys.emplace(reinterpret_cast<const char*>(keys[k].first), k);
+        (keys[k].second ? attribute_keys : element_keys).emplace(reinterpret_cast<const char*>(keys[k].first), k);
     std::vector<std::set<std::string_view>> values(keys.size());
     std::vector<bool> usable(keys.size(), true);
     std::vector<std::string_view> found(keys.size());
@@ -75,9 +75,14 @@ bool References::looked_up(const std::vector<const xmlNode*>& rows) {
     for (const xmlNode* row : rows) {
         std::fill(found.begin(), found.end(), std::string_view());
         std::fill(met.begin(), met.end(), 0);
-        for (std::size_t k = 0; k < keys.size(); ++k)
-            if (keys[k].second && usable[k])
-                if (const xmlAttr* a = xmlHasProp(row, keys[k].first)) found[k] = code(attribute_value(a));
+        // The first attribute of each name counts; a walk, not a search per key, for elements that
+        // carry thousands of attributes.
+        for (const xmlAttr* a = row->properties; a != nullptr; a = a->next) {
+            const auto key = attribute_keys.find(reinterpret_cast<const char*>(a->name));
+            if (key == attribute_keys.end() || !usable[key->second] || met[key->second] != 0) continue;
+            met[key->second] = 1;
+            found[key->second] = code(attribute_value(a));
+        }
         for (const xmlNode* c = row->children; c != nullptr; c = c->next) {
             if (c->type != XML_ELEMENT_NODE) continue;
             const auto key = element_keys.find(reinterpret_cast<const char*>(c->name));
