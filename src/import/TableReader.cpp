@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "detection/options/make_detection_options.hpp"
+#include "host/except/Exception.hpp"
 #include "host/utf.hpp"
 #include "import/ColumnNames.hpp"
 #include "import/SampleExtractor.hpp"
@@ -48,7 +49,14 @@ TableReader::TableReader(InputDocument& input, const vxArray* hints, const ReadS
         if (input_.complete()) sample = std::string(input_.prefix());
         else sample = close_sample(input_.prefix());
         if (sample) {
-            detected = vcos::load_document_from_memory(*sample, input_.source(), parser_);
+            try {
+                detected = vcos::load_document_from_memory(*sample, input_.source(), parser_);
+            } catch (const foundation::core::except::IMsgIDException&) {
+                // A fault within the sample is reported as a parse of the whole input meets it first,
+                // which may be a fault in reading the input (libxml2 looks ahead before it reports).
+                if (!input_.complete()) parse_rest();
+                throw;
+            }
             result_ = detect(detected, hints);
         } else {
             note("no sample can be cut from the start of the document (its encoding is not ASCII-compatible, "

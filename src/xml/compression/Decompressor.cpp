@@ -1,6 +1,7 @@
 #include "xml/compression/Decompressor.hpp"
 
 #include <cstring>
+#include <utility>
 
 #include "host/except/Exception.hpp"
 #include "xml/compression/Bzip2Decompressor.hpp"
@@ -47,7 +48,18 @@ void Decompressor::refill() {
 }
 
 std::size_t Decompressor::read(char* buffer, std::size_t size) {
+    if (fault_) std::rethrow_exception(std::exchange(fault_, nullptr));
     Output out{buffer, size};
+    try {
+        decode_into(out, size);
+    } catch (...) {
+        if (out.size == size) throw;
+        fault_ = std::current_exception();
+    }
+    return size - out.size;
+}
+
+void Decompressor::decode_into(Output& out, std::size_t size) {
     while (out.size == size && size > 0) {
         if (in_.size == 0 && !raw_ended_) refill();
         if (!in_stream_) {
@@ -67,7 +79,6 @@ std::size_t Decompressor::read(char* buffer, std::size_t size) {
             if (in_.size > 0) corrupt("the decoder stopped on it");
         }
     }
-    return size - out.size;
 }
 
 void Decompressor::corrupt(std::string_view detail) const {

@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <exception>
 #include <functional>
 #include <memory>
 #include <string>
@@ -36,7 +37,9 @@ public:
 
     // Decompresses the next bytes into buffer (at most size); 0 at the end of the input. Streams that
     // follow one another (concatenated files) are read as one. Raises "TOLVEN:io:xml:common:FileNotReadable"
-    // (source, reason) when the data is corrupt or breaks off before its end.
+    // (source, reason) when the data is corrupt or breaks off before its end; the bytes decoded before
+    // the fault are handed out first, and the next call raises it, so that a reader meets the faults of
+    // the document and of its compression in the order they lie, however large its buffer.
     std::size_t read(char* buffer, std::size_t size);
 
     // Compressed bytes taken from the input so far.
@@ -65,6 +68,8 @@ protected:
 
 private:
     void refill();
+    // Decodes into out until it holds something (out.size below size) or the input ends.
+    void decode_into(Output& out, std::size_t size);
 
     ReadBytes raw_;
     std::string source_;
@@ -73,6 +78,7 @@ private:
     bool raw_ended_ = false;
     bool in_stream_ = true;  // a stream has begun and not ended
     std::uint64_t compressed_bytes_ = 0;
+    std::exception_ptr fault_;  // met after bytes that were handed out; raised by the next read
 };
 
 }  // namespace tolven::io::xml::common::compression
