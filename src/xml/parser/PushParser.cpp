@@ -331,10 +331,42 @@ void PushParser::on_start(void* context, const xmlChar* local, const xmlChar* pr
                               attributes);
         return;
     }
+    // A prefix bound to no namespace (an error libxml2 recovers from): the tree names the node by the
+    // whole "p:name", in no namespace, and so do the events, so that every path sees the same names.
+    if (prefix != nullptr && uri == nullptr) {
+        if (const xmlChar* whole = self->qualified(prefix, local)) {
+            local = whole;
+            prefix = nullptr;
+        }
+    }
+    for (int i = 0; i < attribute_count; ++i) {
+        if (attributes[5 * i + 1] == nullptr || attributes[5 * i + 2] != nullptr) continue;
+        auto& renamed = self->renamed_attributes_;
+        renamed.assign(attributes, attributes + 5 * attribute_count);
+        for (int j = i; j < attribute_count; ++j) {
+            const xmlChar** a = renamed.data() + 5 * j;
+            if (a[1] == nullptr || a[2] != nullptr) continue;
+            if (const xmlChar* whole = self->qualified(a[1], a[0])) {
+                a[0] = whole;
+                a[1] = nullptr;
+            }
+        }
+        attributes = renamed.data();
+        break;
+    }
     self->deliver(parser_context, [&] {
         return self->handler_->start_element(ElementEvent{chars(local), chars(uri), attribute_count, attributes,
                                                                  chars(prefix), namespace_count, namespaces});
     });
+}
+
+// Interned as intern() interns it, so that it is the pointer a name looked up as text gives
+// (xmlDictQLookup keeps an entry of its own).
+const xmlChar* PushParser::qualified(const xmlChar* prefix, const xmlChar* local) {
+    std::string name = chars(prefix);
+    name += ':';
+    name += chars(local);
+    return reinterpret_cast<const xmlChar*>(intern(name));
 }
 
 void PushParser::on_end(void* context, const xmlChar* local, const xmlChar* prefix, const xmlChar* uri) {

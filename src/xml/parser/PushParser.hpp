@@ -12,6 +12,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 #include "xml/parser/ParserSettings.hpp"
 #include "xml/parser/SaxHandler.hpp"
@@ -80,6 +81,8 @@ private:
     template <class Call>
     void deliver(xmlParserCtxt* context, Call call);
     Failure located(std::string message) const;
+    // "prefix:local", interned.
+    const xmlChar* qualified(const xmlChar* prefix, const xmlChar* local);
 
     std::string source_;
     ParserLimits limits_;
@@ -107,6 +110,7 @@ private:
     std::optional<Failure> first_error_;
     bool out_of_memory_ = false;  // libxml2 could not allocate
     std::exception_ptr handler_failure_;
+    std::vector<const xmlChar*> renamed_attributes_;  // an element's attributes, some renamed
 };
 
 // Parses head, the first bytes of a document, only far enough to see that it starts like one.
