@@ -6,6 +6,7 @@
 
 #include "host/utf.hpp"
 #include "text/ConvertTolvenTypeToString.hpp"
+#include "text/textio/trim.hpp"
 #include "xml/parser/PushParser.hpp"
 
 namespace tolven::import {
@@ -16,7 +17,6 @@ namespace parser = io::xml::common::parser;
 
 // Detection keeps at most this many samples of a name and votes its type from them.
 constexpr std::uint64_t kMaxSamples = 250;
-constexpr std::string_view kBlank = " \t\n\r";
 constexpr std::size_t kChunkBytes = std::size_t{64} << 10;
 const std::string kXmlNamespace = reinterpret_cast<const char*>(XML_XML_NAMESPACE);
 
@@ -85,7 +85,7 @@ bool ColumnSurvey::start_element(const parser::ElementEvent& element) {
 
     std::size_t path = kNone;
     if (in_row_) {
-        Frame& parent = frames_.back();
+        Frame& parent = frames_[open_ - 1];
         flush(parent);
         if (parent.path != kNone) {
             paths_[parent.path].leaf = false;
@@ -124,15 +124,18 @@ bool ColumnSurvey::start_element(const parser::ElementEvent& element) {
                 sample(attribute, std::string_view(parser::chars(a[3]), static_cast<std::size_t>(a[4] - a[3])));
             }
     }
-    frames_.push_back({path, {}});
+    // Frames are kept when closed, so their text buffers are allocated once, not per element.
+    if (open_ == frames_.size()) frames_.emplace_back();
+    frames_[open_].path = path;
+    frames_[open_].run.clear();
+    ++open_;
     return true;
 }
 
 bool ColumnSurvey::end_element() {
     const std::size_t depth = --depth_;
     if (in_row_) {
-        flush(frames_.back());
-        frames_.pop_back();
+        flush(frames_[--open_]);
         if (depth == row_depth_) in_row_ = false;
     }
     rows_tracker_.close(depth);
@@ -141,8 +144,20 @@ bool ColumnSurvey::end_element() {
 
 bool ColumnSurvey::text(std::string_view text) {
     if (in_row_) {
-        Frame& frame = frames_.back();
-        if (frame.path != kNone && wants_text(frame.path)) frame.run.append(text);
+        Frame& frame = frames_[open_ - 1];
+        if (frame.path != kNone && wants_text(frame.path)) {
+            // Samples are classified trimmed: blanks that start a run need not be kept, and most
+            // runs between the tags of a row are nothing else.
+            if (frame.run.empty()) {
+                std::size_t start = 0;
+                while (start < text.size() && (text[start] == ' ' || text[start] == '\n' || text[start] == '\t' ||
+                                               text[start] == '\r'))
+                    ++start;
+                if (start == text.size()) return true;
+                text.remove_prefix(start);
+            }
+            frame.run.append(text);
+        }
     }
     return true;
 }
@@ -193,7 +208,7 @@ bool ColumnSurvey::wants_text(std::size_t path) const {
 void ColumnSurvey::sample(std::size_t path, std::string_view value) {
     Path& p = paths_[path];
     if (p.sampled_in_row || (p.non_empty && p.vote.samples() >= kMaxSamples)) return;
-    if (value.find_first_not_of(kBlank) == std::string_view::npos) return;
+    if (io::text::textio::trim_whitespace(value).empty()) return;
     if (p.vote.samples() < kMaxSamples) p.vote.add(settings_.analyzer, value, scratch_);
     p.sampled_in_row = true;
     p.non_empty = true;

@@ -129,7 +129,8 @@ private:
     PathTracker rows_tracker_;
     std::vector<Path> paths_;  // [0]: the rows themselves
     std::unordered_map<Key, std::size_t, KeyHash> index_;
-    std::vector<Frame> frames_;  // the elements open inside the current row
+    std::vector<Frame> frames_;  // the elements open inside the current row: the first open_
+    std::size_t open_ = 0;
     std::size_t depth_ = 0;      // elements open in the document
     std::size_t row_depth_ = 0;
     bool in_row_ = false;
