@@ -165,6 +165,7 @@ ExitCode ReadCommand::run() const {
         // so a late column costs a second import only when there is one.
         settings.restartable = !sqlite && out.rewindable();
         import::TableReader reader(input, hints.get(), settings, note);
+        choice.release();
         std::unique_ptr<import::TableWriter> writer;
         if (sqlite) {
             writer = std::make_unique<import::SqliteWriter>(

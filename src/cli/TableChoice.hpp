@@ -31,6 +31,9 @@ public:
 
     // The message of error in the user's words, using the document detection last ran on.
     std::string message(const foundation::core::except::IMsgIDException& error) const;
+    // Detection is over: the document it ran on (a sample's tree, perhaps large) is let go before
+    // the import, whose errors need it no more.
+    void release() { document_.reset(); }
 
 private:
     void advise(const import::DetectionResult& builtin, const std::shared_ptr<io::xml::common::vcos::DocWrapper>& document,

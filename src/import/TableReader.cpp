@@ -1,5 +1,7 @@
 #include "import/TableReader.hpp"
 
+#include <malloc.h>
+
 #include <algorithm>
 #include <vector>
 
@@ -277,6 +279,9 @@ std::shared_ptr<vcos::DocWrapper> TableReader::load_whole() {
 }
 
 RowSink TableReader::read(TableWriter& writer, Progress* progress, const Restart& restart) {
+    // The trees detection built on the sample are gone by now: their memory goes back to the system
+    // before the import holds rows, or the freed heap would stay counted beside them.
+    if (streaming_) ::malloc_trim(0);
     RowSink sink = import(input_, writer, progress);
     if (!pending_survey_) return sink;
     const std::unique_ptr<ColumnSurvey> survey = std::move(pending_survey_);
