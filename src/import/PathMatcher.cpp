@@ -127,7 +127,7 @@ std::string parse_predicate(std::string_view predicate, StepParse& parse) {
         parse.step.position = value;
         return {};
     }
-    if (parse.step.name.kind == NameTest::Kind::Any && parse.step.position == 0 && !parse.attribute) {
+    if (parse.step.name.kind == NameTest::Kind::Any && parse.step.position == 0) {
         if (auto local = local_name_literal(predicate)) {
             parse.step.name.kind = NameTest::Kind::LocalName;
             parse.step.name.local = std::move(*local);

@@ -212,6 +212,15 @@ void TableReader::take_survey(const ColumnSurvey& survey, bool revote) {
     note(std::to_string(late.size()) + (late.size() == 1 ? " column first appears" : " columns first appear") +
          " past " + sample_words() + ": " + names);
     plan_.emplace(make_import_plan(result_));
+    if (plan_->streamable()) return;
+    // The stream cannot follow a late column's selector: it is reported, not imported.
+    const std::string reason = plan_->fallback_reason();
+    result_.variables.resize(result_.variables.size() - late.size());
+    plan_.emplace(make_import_plan(result_));
+    for (const LateColumn& c : late)
+        warnings_.push_back("column '" + c.variable.name + "' (" + c.variable.selector + ") first appears in row " +
+                            std::to_string(c.first_row) + ", past " + sample_words() +
+                            ", and is not in the output, since " + reason + "; give --no-stream to import it");
 }
 
 void TableReader::warn_late(const ColumnSurvey& survey) {
