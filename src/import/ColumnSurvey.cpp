@@ -17,7 +17,6 @@ namespace parser = io::xml::common::parser;
 
 // Detection keeps at most this many samples of a name and votes its type from them.
 constexpr std::uint64_t kMaxSamples = 250;
-constexpr std::size_t kChunkBytes = std::size_t{64} << 10;
 const std::string kXmlNamespace = reinterpret_cast<const char*>(XML_XML_NAMESPACE);
 
 std::string_view view(const xmlChar* s) {
@@ -64,7 +63,7 @@ void ColumnSurvey::bind(const std::function<const char*(std::string_view)>& inte
 void ColumnSurvey::run(InputDocument& input, const parser::ParserSettings& settings, Progress* progress) {
     parser::PushParser push(input.source(), settings, *this);
     bind([&push](std::string_view name) { return push.intern(name); });
-    std::vector<char> buffer(kChunkBytes);
+    std::vector<char> buffer(InputDocument::kChunkBytes);
     for (;;) {
         const std::size_t n = input.read(buffer.data(), buffer.size());
         if (n == 0) {

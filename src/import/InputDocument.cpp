@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <utility>
 
 #include "host/except/Exception.hpp"
 #include "xml/errors.hpp"
@@ -115,14 +116,25 @@ void InputDocument::read_prefix(std::size_t limit) {
 }
 
 std::size_t InputDocument::read(char* buffer, std::size_t size) {
-    if (served_ < prefix_.size()) {
-        const std::size_t n = std::min<std::size_t>(size, prefix_.size() - static_cast<std::size_t>(served_));
-        std::memcpy(buffer, prefix_.data() + served_, n);
-        served_ += n;
-        return n;
+    if (fault_) std::rethrow_exception(std::exchange(fault_, nullptr));
+    std::size_t n = 0;
+    try {
+        while (n < size) {
+            std::size_t got;
+            if (served_ < prefix_.size()) {
+                got = std::min<std::size_t>(size - n, prefix_.size() - static_cast<std::size_t>(served_));
+                std::memcpy(buffer + n, prefix_.data() + served_, got);
+            } else {
+                got = read_fd(buffer + n, size - n);
+                if (got == 0) break;
+            }
+            n += got;
+            served_ += got;
+        }
+    } catch (...) {
+        if (n == 0) throw;
+        fault_ = std::current_exception();
     }
-    const std::size_t n = read_fd(buffer, size);
-    served_ += n;
     return n;
 }
 

@@ -4,6 +4,7 @@
 // first bytes) is decompressed as it is read: every byte handed out is the document's own.
 
 #include <cstdint>
+#include <exception>
 #include <memory>
 #include <optional>
 #include <string>
@@ -15,6 +16,10 @@ namespace tolven::import {
 
 class InputDocument {
 public:
+    // The bytes every pass reads and hands to the parser at a time. libxml2 reports some faults only
+    // once it has looked ahead, so passes that parse the same chunks report the same fault first.
+    static constexpr std::size_t kChunkBytes = std::size_t{64} << 10;
+
     // Opens path ("-" is standard input). Raises "TOLVEN:io:xml:common:FileNotReadable" (path, reason).
     explicit InputDocument(const std::string& path);
     // Reads bytes held by the caller, which must outlive this object; source names them in
@@ -49,7 +54,9 @@ public:
     // True when the prefix holds the whole input.
     bool complete() const noexcept { return prefix_complete_; }
 
-    // The next bytes of the input, the prefix first; 0 at the end. Raises FileNotReadable.
+    // The next bytes of the input, the prefix first; 0 at the end. The buffer is filled whole but at
+    // the end, so chunks do not depend on how the prefix was read. Raises FileNotReadable, on the
+    // call after the one that hands out the bytes read before the fault.
     std::size_t read(char* buffer, std::size_t size);
     // Bytes handed out by read() so far.
     std::uint64_t consumed() const noexcept { return served_; }
@@ -74,6 +81,7 @@ private:
     std::unique_ptr<io::xml::common::compression::Decompressor> decompressor_;
     bool prefix_complete_ = false;
     std::uint64_t served_ = 0;
+    std::exception_ptr fault_;
 };
 
 }  // namespace tolven::import

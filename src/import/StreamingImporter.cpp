@@ -287,8 +287,6 @@ private:
     parser::SaxHandler& observer_;
 };
 
-// Bytes read and handed to the parser at a time.
-constexpr std::size_t kChunkBytes = std::size_t{64} << 10;
 
 }  // namespace
 
@@ -300,7 +298,7 @@ void StreamingImporter::run(InputDocument& input, RowSink& sink, Progress* progr
     parser::PushParser push(input.source(), settings_,
                             observed ? static_cast<parser::SaxHandler&>(*observed) : events);
     rows.bind([&push](std::string_view name) { return push.intern(name); });
-    std::vector<char> buffer(kChunkBytes);
+    std::vector<char> buffer(InputDocument::kChunkBytes);
     bool more = !sink.full();
     while (more) {
         const std::size_t n = input.read(buffer.data(), buffer.size());

@@ -248,7 +248,7 @@ public:
 void TableReader::parse_rest() {
     NoHandler handler;
     io::xml::common::parser::PushParser push(input_.source(), parser_, handler);
-    std::vector<char> buffer(kFirstBytes);
+    std::vector<char> buffer(InputDocument::kChunkBytes);
     for (std::size_t n; (n = input_.read(buffer.data(), buffer.size())) > 0;) push.feed(buffer.data(), n);
     push.finish();
 }
@@ -275,7 +275,7 @@ std::shared_ptr<vcos::DocWrapper> TableReader::load_whole() {
                                                             : "decompress it to a file and give the file's name";
     document_ = vcos::load_document_from(
         [&](char* buffer, std::size_t size) {
-            const std::size_t n = input_.read(buffer, size);
+            const std::size_t n = input_.read(buffer, std::min(size, InputDocument::kChunkBytes));
             if (input_.consumed() > limit)
                 vxErrMsgId(TOLVEN::io::xml::common::FileNotReadable(
                     input_.source(), "it is larger than " + std::to_string(limit >> 20) +

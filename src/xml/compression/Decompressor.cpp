@@ -1,5 +1,6 @@
 #include "xml/compression/Decompressor.hpp"
 
+#include <algorithm>
 #include <cstring>
 #include <utility>
 
@@ -48,15 +49,26 @@ void Decompressor::refill() {
 }
 
 std::size_t Decompressor::read(char* buffer, std::size_t size) {
-    if (fault_) std::rethrow_exception(std::exchange(fault_, nullptr));
-    Output out{buffer, size};
-    try {
-        decode_into(out, size);
-    } catch (...) {
-        if (out.size == size) throw;
-        fault_ = std::current_exception();
+    if (size == 0) return 0;
+    if (decoded_at_ == decoded_end_) {
+        if (fault_) std::rethrow_exception(std::exchange(fault_, nullptr));
+        // Decoded always in the same steps, whatever room the reader asks for: on corrupt data a
+        // decoder stops where its steps take it, and every reader must meet the same bytes and fault.
+        decoded_.resize(kBufferBytes);
+        Output out{decoded_.data(), decoded_.size()};
+        try {
+            decode_into(out, decoded_.size());
+        } catch (...) {
+            if (out.size == decoded_.size()) throw;
+            fault_ = std::current_exception();
+        }
+        decoded_at_ = 0;
+        decoded_end_ = decoded_.size() - out.size;
     }
-    return size - out.size;
+    const std::size_t n = std::min(size, decoded_end_ - decoded_at_);
+    std::memcpy(buffer, decoded_.data() + decoded_at_, n);
+    decoded_at_ += n;
+    return n;
 }
 
 void Decompressor::decode_into(Output& out, std::size_t size) {

@@ -79,6 +79,9 @@ private:
     bool in_stream_ = true;  // a stream has begun and not ended
     std::uint64_t compressed_bytes_ = 0;
     std::exception_ptr fault_;  // met after bytes that were handed out; raised by the next read
+    std::vector<char> decoded_;  // decoded bytes, handed out from decoded_at_ to decoded_end_
+    std::size_t decoded_at_ = 0;
+    std::size_t decoded_end_ = 0;
 };
 
 }  // namespace tolven::io::xml::common::compression
