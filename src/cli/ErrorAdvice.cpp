@@ -12,6 +12,7 @@
 
 #include "detection/options/make_detection_options.hpp"
 #include "host/utf.hpp"
+#include "cli/suggest.hpp"
 #include "tables/CandidateHint.hpp"
 #include "xml/xpath/NodeList.hpp"
 #include "xml/xpath/make_context.hpp"
@@ -73,23 +74,6 @@ std::string with_typed_options(std::string text, const HintOptions& options) {
     return text;
 }
 
-// Edits between two names, ignoring case: insertions, deletions, substitutions and swaps of two
-// neighbouring letters each count one.
-std::size_t distance(std::string_view a, std::string_view b) {
-    const auto lower = [](char c) { return std::tolower(static_cast<unsigned char>(c)); };
-    std::vector<std::vector<std::size_t>> d(a.size() + 1, std::vector<std::size_t>(b.size() + 1));
-    for (std::size_t i = 0; i <= a.size(); ++i) d[i][0] = i;
-    for (std::size_t j = 0; j <= b.size(); ++j) d[0][j] = j;
-    for (std::size_t i = 1; i <= a.size(); ++i)
-        for (std::size_t j = 1; j <= b.size(); ++j) {
-            const std::size_t cost = lower(a[i - 1]) == lower(b[j - 1]) ? 0 : 1;
-            d[i][j] = std::min({d[i - 1][j] + 1, d[i][j - 1] + 1, d[i - 1][j - 1] + cost});
-            if (i > 1 && j > 1 && lower(a[i - 1]) == lower(b[j - 2]) && lower(a[i - 2]) == lower(b[j - 1]))
-                d[i][j] = std::min(d[i][j], d[i - 2][j - 2] + 1);
-        }
-    return d[a.size()][b.size()];
-}
-
 // The element (and attribute) names of a document, by local name and namespace URI.
 class DocumentNames {
 public:
@@ -116,7 +100,7 @@ public:
         std::string best;
         std::size_t best_distance = std::max<std::size_t>(1, name.size() / 3) + 1;
         for (const auto& [local, uris] : uris_)
-            if (const std::size_t d = distance(name, local); d < best_distance) {
+            if (const std::size_t d = edit_distance(name, local); d < best_distance) {
                 best_distance = d;
                 best = local;
             }

@@ -9,8 +9,10 @@ namespace {
 
 char lower(char c) { return static_cast<char>(std::tolower(static_cast<unsigned char>(c))); }
 
+}  // namespace
+
 // Optimal string alignment distance: Levenshtein plus the swap of two neighbouring letters.
-std::size_t distance(std::string_view a, std::string_view b) {
+std::size_t edit_distance(std::string_view a, std::string_view b) {
     std::vector<std::vector<std::size_t>> d(a.size() + 1, std::vector<std::size_t>(b.size() + 1));
     for (std::size_t i = 0; i <= a.size(); ++i) d[i][0] = i;
     for (std::size_t j = 0; j <= b.size(); ++j) d[0][j] = j;
@@ -24,14 +26,12 @@ std::size_t distance(std::string_view a, std::string_view b) {
     return d[a.size()][b.size()];
 }
 
-}  // namespace
-
 std::optional<std::string> closest(std::string_view word, const std::vector<std::string>& candidates) {
     const std::size_t allowed = std::max<std::size_t>(1, word.size() / 3);
     std::optional<std::string> best;
     std::size_t best_distance = allowed + 1;
     for (const auto& candidate : candidates) {
-        const std::size_t d = distance(word, candidate);
+        const std::size_t d = edit_distance(word, candidate);
         if (d < best_distance) {
             best = candidate;
             best_distance = d;

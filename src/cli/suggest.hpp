@@ -1,10 +1,15 @@
 #pragma once
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace tolven::cli {
+
+// Edits between two words, case ignored: letters inserted, removed or changed, and swaps of two
+// neighbouring letters, each one edit.
+std::size_t edit_distance(std::string_view a, std::string_view b);
 
 // The candidate a mistyped word was most likely meant to be: the nearest by edit distance (letters
 // inserted, removed, changed or two neighbours swapped; case ignored), when it is near enough to be
