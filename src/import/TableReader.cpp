@@ -249,7 +249,13 @@ void TableReader::parse_rest() {
     NoHandler handler;
     io::xml::common::parser::PushParser push(input_.source(), parser_, handler);
     std::vector<char> buffer(InputDocument::kChunkBytes);
-    for (std::size_t n; (n = input_.read(buffer.data(), buffer.size())) > 0;) push.feed(buffer.data(), n);
+    // As far as a tree of the input would be read, not further: a stream may never end, and a
+    // huge file is not read through only to say that its sample holds no table.
+    const std::uint64_t limit = std::max(settings_.sample_bytes, vcos::kMaxUnsizedTreeBytes);
+    for (std::size_t n; (n = input_.read(buffer.data(), buffer.size())) > 0;) {
+        push.feed(buffer.data(), n);
+        if (input_.consumed() > limit) return;
+    }
     push.finish();
 }
 
