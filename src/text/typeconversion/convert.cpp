@@ -34,14 +34,6 @@ std::u16string_view widen(std::string_view utf8) {
     return buffer.text();
 }
 
-void append_padded(std::string& out, std::uint64_t value, std::size_t width) {
-    std::array<char, 24> digits{};
-    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;
-    const auto length = static_cast<std::size_t>(end - digits.data());
-    if (length < width) out.append(width - length, '0');
-    out.append(digits.data(), length);
-}
-
 void append_ascii(std::string& out, std::u16string_view digits) {
     for (const char16_t c : digits) out.push_back(static_cast<char>(c));
 }

@@ -5,8 +5,6 @@
 
 namespace tolven::io::text::typeconversion {
 
-namespace {
-
 void append_padded(std::string& out, std::uint64_t value, std::size_t width) {
     std::array<char, 24> digits{};
     const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;
@@ -14,6 +12,8 @@ void append_padded(std::string& out, std::uint64_t value, std::size_t width) {
     if (length < width) out.append(width - length, '0');
     out.append(digits.data(), length);
 }
+
+namespace {
 
 // The value of count digits at text[at], or -1 when they are not all digits.
 int digits(std::string_view text, std::size_t at, std::size_t count) noexcept {
