@@ -41,7 +41,7 @@ struct LateColumn {
     std::uint64_t first_row = 0;
 };
 
-class ColumnSurvey : public io::xml::common::parser::SaxHandler {
+class ColumnSurvey final : public io::xml::common::parser::SaxHandler {
 public:
     // The reason the survey cannot follow the table result of plan; "" when it can. It follows rows
     // only: a table made of side-by-side names, or of variables the hints chose, has none to follow.

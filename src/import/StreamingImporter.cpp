@@ -1,5 +1,7 @@
 #include "import/StreamingImporter.hpp"
 
+#include <algorithm>
+#include <cstdint>
 #include <deque>
 #include <functional>
 #include <limits>
@@ -61,9 +63,14 @@ public:
                 relative_columns_.push_back(c);
             }
         }
+        direct_ = std::all_of(relative.begin(), relative.end(), [](const PathPattern* p) {
+            return p->elements.empty() ||
+                   (p->elements.size() == 1 && p->elements[0].position == 0 && p->elements[0].name.kind != NameTest::Kind::Any);
+        });
         absolute_.emplace(std::move(absolute));
         relative_.emplace(std::move(relative));
         absolute_->reset();
+        if (direct_) base_matches_ = relative_->reset();
         matched_.assign(width_, 0);
         attributes_.resize(width_);
     }
@@ -72,6 +79,7 @@ public:
     void bind(const std::function<const char*(std::string_view)>& intern) {
         absolute_->bind(intern);
         relative_->bind(intern);
+        if (direct_) index_children(intern);
         for (std::size_t c = 0; c < width_; ++c)
             if (const auto& test = plan_.columns[c].pattern->attribute) attributes_[c] = InternedName(*test, intern);
     }
@@ -93,9 +101,14 @@ public:
                 if (take(plan_.columns[c], c, k, element, depth)) ++matched_[c];
             }
         }
-        if (in_row_ && depth > row_depth_)
-            for (const std::size_t m : relative_->open(depth - row_depth_ - 1, uri, local))
-                take_in_row(relative_columns_[m], element, depth);
+        if (in_row_ && depth > row_depth_) {
+            if (direct_) {
+                if (depth == row_depth_ + 1) open_child(element, depth);
+            } else {
+                for (const std::size_t m : relative_->open(depth - row_depth_ - 1, uri, local))
+                    take_in_row(relative_columns_[m], element, depth);
+            }
+        }
         return !sink_.full();
     }
 
@@ -105,7 +118,7 @@ public:
             --captures_[i].row->open_captures;
             captures_.erase(captures_.begin() + static_cast<std::ptrdiff_t>(i));
         }
-        if (in_row_ && depth > row_depth_) relative_->close(depth - row_depth_ - 1);
+        if (in_row_ && depth > row_depth_ && !direct_) relative_->close(depth - row_depth_ - 1);
         absolute_->close(depth);
         if (in_row_ && depth == row_depth_) {
             in_row_ = false;
@@ -158,7 +171,59 @@ private:
         in_row_ = true;
         row_depth_ = depth;
         current_ = &row(current_row_);
-        for (const std::size_t m : relative_->reset()) take_in_row(relative_columns_[m], element, depth);
+        for (const std::size_t m : direct_ ? base_matches_ : relative_->reset())
+            take_in_row(relative_columns_[m], element, depth);
+    }
+
+    // The direct table, once names are interned: per child name, the columns that take such a child
+    // (or its attribute), in column order as the tracker would give them.
+    void index_children(const std::function<const char*(std::string_view)>& intern) {
+        std::vector<std::pair<const char*, ChildColumn>> entries;
+        for (std::size_t m = 0; m < relative_columns_.size(); ++m) {
+            const std::size_t c = relative_columns_[m];
+            const PathPattern& pattern = *plan_.columns[c].pattern;
+            if (pattern.elements.empty()) continue;
+            const NameTest& name = pattern.elements[0].name;
+            entries.push_back({intern(name.local),
+                               {c, name.kind == NameTest::Kind::Qualified, name.uri ? intern(*name.uri) : nullptr}});
+        }
+        std::size_t size = 2;
+        while (size < 2 * entries.size()) size *= 2;
+        child_slots_.assign(size, {});
+        child_columns_.clear();
+        for (const auto& [local, entry] : entries) {
+            std::size_t at = child_slot(local);
+            while (child_slots_[at].local != nullptr && child_slots_[at].local != local) at = (at + 1) & (size - 1);
+            child_slots_[at].local = local;
+        }
+        // Each name's columns lie together, in column order.
+        for (ChildSlot& slot : child_slots_) {
+            if (slot.local == nullptr) continue;
+            slot.first = static_cast<std::uint32_t>(child_columns_.size());
+            for (const auto& [local, entry] : entries)
+                if (local == slot.local) child_columns_.push_back(entry);
+            slot.count = static_cast<std::uint32_t>(child_columns_.size() - slot.first);
+        }
+    }
+
+    std::size_t child_slot(const char* local) const noexcept {
+        // Interned names are distinct addresses; the multiplication spreads their low bits.
+        return static_cast<std::size_t>((reinterpret_cast<std::uintptr_t>(local) >> 3) * 0x9E3779B97F4A7C15ull >> 32) &
+               (child_slots_.size() - 1);
+    }
+
+    // A child of the row opens: one probe finds the columns it holds values of.
+    void open_child(const ElementEvent& element, std::size_t depth) {
+        const std::size_t mask = child_slots_.size() - 1;
+        for (std::size_t at = child_slot(element.local); child_slots_[at].local != nullptr; at = (at + 1) & mask) {
+            const ChildSlot& slot = child_slots_[at];
+            if (slot.local != element.local) continue;
+            for (std::uint32_t i = slot.first; i < slot.first + slot.count; ++i) {
+                const ChildColumn& entry = child_columns_[i];
+                if (!entry.qualified || entry.uri == element.uri) take_in_row(entry.column, element, depth);
+            }
+            return;
+        }
     }
 
     // Every node of a row that matches is a value of the row, in document order.
@@ -246,58 +311,60 @@ private:
     std::size_t row_depth_ = 0;
     std::vector<Capture> captures_;
     std::vector<InternedName> attributes_;  // per column: its attribute's name, once bound
+    // Direct mode: every relative column is the row, an attribute of it, or a child named without a
+    // position or wildcard (or that child's attribute), so the children are found by name in one
+    // table instead of by the tracker; most tables are so.
+    struct ChildColumn {
+        std::size_t column;
+        bool qualified;   // the namespace must match too
+        const char* uri;  // interned; null: in no namespace
+    };
+    struct ChildSlot {
+        const char* local = nullptr;  // null: empty
+        std::uint32_t first = 0, count = 0;
+    };
+    bool direct_ = false;
+    std::vector<std::size_t> base_matches_;  // the patterns the row itself matches
+    std::vector<ChildSlot> child_slots_;     // open addressing on the interned local name
+    std::vector<ChildColumn> child_columns_;
     AttributeIndex attribute_index_;        // the attributes of the element being opened, when many
 };
 
 // The parser's events as RowAssembly takes them: element depths, and text for the element it is in.
-class ImportEvents : public parser::SaxHandler {
+// The survey, when there is one, sees every event first; called directly, not through the handler
+// interface, as it is on the path of every event.
+class ImportEvents final : public parser::SaxHandler {
 public:
-    explicit ImportEvents(RowAssembly& rows) : rows_(rows) {}
-    bool start_element(const ElementEvent& element) override { return rows_.open(element, depth_++); }
-    bool end_element() override { return rows_.close(--depth_); }
+    ImportEvents(RowAssembly& rows, ColumnSurvey* survey) : rows_(rows), survey_(survey) {}
+    bool start_element(const ElementEvent& element) override {
+        if (survey_ != nullptr) survey_->start_element(element);
+        return rows_.open(element, depth_++);
+    }
+    bool end_element() override {
+        if (survey_ != nullptr) survey_->end_element();
+        return rows_.close(--depth_);
+    }
     bool text(std::string_view text) override {
+        if (survey_ != nullptr) survey_->text(text);
         if (depth_ > 0 && rows_.capturing()) rows_.text(depth_ - 1, text);
         return true;
     }
 
 private:
     RowAssembly& rows_;
+    ColumnSurvey* survey_;
     std::size_t depth_ = 0;  // elements open
 };
-
-// The events shown to an observer as well.
-class ObservedEvents : public parser::SaxHandler {
-public:
-    ObservedEvents(parser::SaxHandler& events, parser::SaxHandler& observer) : events_(events), observer_(observer) {}
-    bool start_element(const ElementEvent& element) override {
-        observer_.start_element(element);
-        return events_.start_element(element);
-    }
-    bool end_element() override {
-        observer_.end_element();
-        return events_.end_element();
-    }
-    bool text(std::string_view text) override {
-        observer_.text(text);
-        return events_.text(text);
-    }
-
-private:
-    parser::SaxHandler& events_;
-    parser::SaxHandler& observer_;
-};
-
 
 }  // namespace
 
 void StreamingImporter::run(InputDocument& input, RowSink& sink, Progress* progress) const {
     RowAssembly rows(plan_, sink);
-    ImportEvents events(rows);
-    std::optional<ObservedEvents> observed;
-    if (observer_ != nullptr) observed.emplace(events, *observer_);
-    parser::PushParser push(input.source(), settings_,
-                            observed ? static_cast<parser::SaxHandler&>(*observed) : events);
-    rows.bind([&push](std::string_view name) { return push.intern(name); });
+    ImportEvents events(rows, survey_);
+    parser::PushParser push(input.source(), settings_, events);
+    const auto intern = [&push](std::string_view name) { return push.intern(name); };
+    rows.bind(intern);
+    if (survey_ != nullptr) survey_->bind(intern);
     std::vector<char> buffer(InputDocument::kChunkBytes);
     bool more = !sink.full();
     while (more) {

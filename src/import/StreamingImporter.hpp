@@ -1,6 +1,7 @@
 #pragma once
 // Imports the table in one pass of libxml2's push parser, without building the document tree.
 
+#include "import/ColumnSurvey.hpp"
 #include "import/ImportPlan.hpp"
 #include "import/InputDocument.hpp"
 #include "import/Progress.hpp"
@@ -23,14 +24,14 @@ public:
     // "TOLVEN:io:xml:common:FileNotReadable" and "TOLVEN:io:xml:common:OutOfMemory".
     void run(InputDocument& input, RowSink& sink, Progress* progress = nullptr) const;
 
-    // observer, which must outlive the importer, is shown every event of the pass too; what it
-    // returns is not heeded.
-    void observe(io::xml::common::parser::SaxHandler* observer) noexcept { observer_ = observer; }
+    // survey, which must outlive the importer, is shown every event of the pass too, so that one
+    // parse both imports and surveys; what it returns is not heeded.
+    void observe(ColumnSurvey* survey) noexcept { survey_ = survey; }
 
 private:
     const ImportPlan& plan_;
     io::xml::common::parser::ParserSettings settings_;
-    io::xml::common::parser::SaxHandler* observer_ = nullptr;
+    ColumnSurvey* survey_ = nullptr;
 };
 
 }  // namespace tolven::import
