@@ -80,17 +80,20 @@ bool ColumnSurvey::start_element(const parser::ElementEvent& element) {
     if (settings_.detect_namespaces)
         for (int i = 0; i < element.namespace_count; ++i)
             declare(view(element.namespaces[2 * i]), view(element.namespaces[2 * i + 1]));
-    const bool row = !rows_tracker_.open(depth, element.uri, element.local).empty();
 
     std::size_t path = kNone;
     if (in_row_) {
+        // Rows do not nest (their path is absolute), so the row tracker has nothing to do in one.
         Frame& parent = frames_[open_ - 1];
-        flush(parent);
+        if (!parent.run.empty()) {
+            flush(parent);
+            parent.wants = wants_text(parent.path);
+        }
         if (parent.path != kNone) {
             paths_[parent.path].leaf = false;
             path = find(parent.path, false, element.uri, element.local, element.prefix);
         }
-    } else if (row) {
+    } else if (!rows_tracker_.open(depth, element.uri, element.local).empty()) {
         if (settings_.max_rows && rows_ >= *settings_.max_rows) return false;
         ++rows_;
         in_row_ = true;
@@ -125,49 +128,61 @@ bool ColumnSurvey::start_element(const parser::ElementEvent& element) {
     }
     // Frames are kept when closed, so their text buffers are allocated once, not per element.
     if (open_ == frames_.size()) frames_.emplace_back();
-    frames_[open_].path = path;
-    frames_[open_].run.clear();
-    ++open_;
+    Frame& frame = frames_[open_++];
+    frame.path = path;
+    frame.wants = path != kNone && wants_text(path);
+    frame.run.clear();
     return true;
 }
 
 bool ColumnSurvey::end_element() {
     const std::size_t depth = --depth_;
-    if (in_row_) {
-        flush(frames_[--open_]);
-        if (depth == row_depth_) in_row_ = false;
+    if (!in_row_) {
+        rows_tracker_.close(depth);
+        return true;
     }
-    rows_tracker_.close(depth);
+    Frame& frame = frames_[--open_];
+    if (!frame.run.empty()) flush(frame);
+    if (depth == row_depth_) {
+        in_row_ = false;
+        rows_tracker_.close(depth);
+    }
     return true;
 }
 
-bool ColumnSurvey::text(std::string_view text) {
-    if (in_row_) {
-        Frame& frame = frames_[open_ - 1];
-        if (frame.path != kNone && wants_text(frame.path)) {
-            // Samples are classified trimmed: blanks that start a run need not be kept, and most
-            // runs between the tags of a row are nothing else.
-            if (frame.run.empty()) {
-                std::size_t start = 0;
-                while (start < text.size() && (text[start] == ' ' || text[start] == '\n' || text[start] == '\t' ||
-                                               text[start] == '\r'))
-                    ++start;
-                if (start == text.size()) return true;
-                text.remove_prefix(start);
-            }
-            frame.run.append(text);
+void ColumnSurvey::gather(Frame& frame, std::string_view text) {
+    // Samples are classified trimmed: blanks that start a run need not be kept, and most runs
+    // between the tags of a row are nothing else. Blank are ' ', '\t', '\n' and '\r'.
+    if (frame.run.empty()) {
+        constexpr std::uint64_t kBlanks = (1ull << ' ') | (1ull << '\t') | (1ull << '\n') | (1ull << '\r');
+        std::size_t start = 0;
+        while (start < text.size()) {
+            const auto c = static_cast<unsigned char>(text[start]);
+            if (c > ' ' || ((kBlanks >> c) & 1) == 0) break;
+            ++start;
         }
+        if (start == text.size()) return;
+        text.remove_prefix(start);
     }
-    return true;
+    frame.run.append(text);
 }
 
 std::size_t ColumnSurvey::find(std::size_t parent, bool attribute, const char* uri, const char* local,
                                const char* prefix) {
-    // Names are interned, so a name is its pointers; most paths have a few children, scanned in turn.
-    for (const Child& c : paths_[parent].children)
-        if (c.local == local && c.uri == uri && c.attribute == attribute) return c.path;
+    // Names are interned, so a name is its pointers; most paths have a few children, scanned in turn
+    // from the one after the last found, as rows mostly repeat their children in the same order.
+    Path& p = paths_[parent];
+    const std::size_t n = p.children.size();
+    for (std::size_t i = 0, at = p.next_child < n ? p.next_child : 0; i < n; ++i) {
+        const Child& c = p.children[at];
+        if (c.local == local && c.uri == uri && c.attribute == attribute) {
+            p.next_child = at + 1;
+            return c.path;
+        }
+        if (++at == n) at = 0;
+    }
     const Key key{parent, attribute, uri, local};
-    const bool many = paths_[parent].children.size() >= kScannedChildren;
+    const bool many = n >= kScannedChildren;
     if (many)
         if (const auto found = index_.find(key); found != index_.end()) return found->second;
     // The rows' own entry is not counted against the limit.
@@ -176,7 +191,7 @@ std::size_t ColumnSurvey::find(std::size_t parent, bool attribute, const char* u
         return kNone;
     }
     const std::size_t index = paths_.size();
-    Path& path = paths_.emplace_back();
+    Path& path = paths_.emplace_back();  // invalidates p
     path.parent = parent;
     path.attribute = attribute;
     path.has_uri = uri != nullptr;
@@ -215,7 +230,6 @@ void ColumnSurvey::sample(std::size_t path, std::string_view value) {
 
 // Text up to a tag is one text node of the tree detection would have seen.
 void ColumnSurvey::flush(Frame& frame) {
-    if (frame.run.empty()) return;
     if (frame.path != kNone) sample(frame.path, frame.run);
     frame.run.clear();
 }

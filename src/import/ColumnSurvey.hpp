@@ -59,7 +59,11 @@ public:
 
     bool start_element(const io::xml::common::parser::ElementEvent& element) override;
     bool end_element() override;
-    bool text(std::string_view text) override;
+    // Inline: called for every piece of text, and most need nothing.
+    bool text(std::string_view text) override {
+        if (in_row_ && frames_[open_ - 1].wants) gather(frames_[open_ - 1], text);
+        return true;
+    }
 
     std::uint64_t rows() const noexcept { return rows_; }
     // True when more distinct paths were met than max_paths.
@@ -96,6 +100,7 @@ private:
         bool non_empty = false;  // some row gave it non-blank text
         io::text::typedetection::TypeVote vote;
         std::vector<Child> children;  // the first kScannedChildren, by their names in this parse
+        std::size_t next_child = 0;   // where the next search of children starts
     };
     struct Key {
         std::size_t parent;
@@ -109,6 +114,7 @@ private:
     };
     struct Frame {
         std::size_t path;  // kNone: past the limit of paths
+        bool wants;        // the path still wants a sample from this element
         std::string run;   // text since the last tag, while the path still wants a sample
     };
 
@@ -116,6 +122,8 @@ private:
     void enter(std::size_t path);
     void sample(std::size_t path, std::string_view value);
     bool wants_text(std::size_t path) const;
+    void gather(Frame& frame, std::string_view text);
+    // Samples the text gathered in frame (not empty).
     void flush(Frame& frame);
     void declare(std::string_view prefix, std::string_view uri);
     void bind_prefix(const std::string& prefix, const std::string& uri);
