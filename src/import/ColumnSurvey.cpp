@@ -169,22 +169,23 @@ void ColumnSurvey::gather(Frame& frame, std::string_view text) {
 
 std::size_t ColumnSurvey::find(std::size_t parent, bool attribute, const char* uri, const char* local,
                                const char* prefix) {
-    // Names are interned, so a name is its pointers; most paths have a few children, scanned in turn
-    // from the one after the last found, as rows mostly repeat their children in the same order.
+    // Names are interned, so a name is its pointers. Rows mostly repeat their children in the same
+    // order: the child after the last one found is tried first; then a few are scanned, many looked up.
     Path& p = paths_[parent];
     const std::size_t n = p.children.size();
-    for (std::size_t i = 0, at = p.next_child < n ? p.next_child : 0; i < n; ++i) {
-        const Child& c = p.children[at];
-        if (c.local == local && c.uri == uri && c.attribute == attribute) {
-            p.next_child = at + 1;
-            return c.path;
-        }
-        if (++at == n) at = 0;
-    }
+    const auto is = [&](const Child& c) { return c.local == local && c.uri == uri && c.attribute == attribute; };
+    const auto found = [&](std::size_t at) {
+        p.next_child = at + 1;
+        return p.children[at].path;
+    };
+    if (p.next_child < n && is(p.children[p.next_child])) return found(p.next_child);
     const Key key{parent, attribute, uri, local};
-    const bool many = n >= kScannedChildren;
-    if (many)
-        if (const auto found = index_.find(key); found != index_.end()) return found->second;
+    if (n <= kScannedChildren) {
+        for (std::size_t at = 0; at < n; ++at)
+            if (is(p.children[at])) return found(at);
+    } else if (const auto it = index_.find(key); it != index_.end()) {
+        return found(it->second);
+    }
     // The rows' own entry is not counted against the limit.
     if (paths_.size() > settings_.max_paths) {
         overflowed_ = true;
@@ -199,8 +200,15 @@ std::size_t ColumnSurvey::find(std::size_t parent, bool attribute, const char* u
     path.local = local;
     if (prefix != nullptr) path.prefix = prefix;
     path.first_row = rows_;
-    if (many) index_.emplace(key, index);
-    else paths_[parent].children.push_back({uri, local, attribute, index});
+    auto& children = paths_[parent].children;
+    children.push_back({uri, local, attribute, index});
+    // Past a few children, each is indexed by its name, to its place among them.
+    if (children.size() == kScannedChildren + 1)
+        for (std::size_t at = 0; at < children.size(); ++at)
+            index_.emplace(Key{parent, children[at].attribute, children[at].uri, children[at].local}, at);
+    else if (children.size() > kScannedChildren + 1)
+        index_.emplace(key, children.size() - 1);
+    paths_[parent].next_child = children.size();
     return index;
 }
 

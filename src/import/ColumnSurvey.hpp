@@ -99,7 +99,7 @@ private:
         bool leaf = true;
         bool non_empty = false;  // some row gave it non-blank text
         io::text::typedetection::TypeVote vote;
-        std::vector<Child> children;  // the first kScannedChildren, by their names in this parse
+        std::vector<Child> children;  // by their names in this parse, in order of first appearance
         std::size_t next_child = 0;   // where the next search of children starts
     };
     struct Key {
@@ -136,7 +136,7 @@ private:
     std::string base_;  // the selector the variables are written below
     PathTracker rows_tracker_;
     std::vector<Path> paths_;  // [0]: the rows themselves
-    std::unordered_map<Key, std::size_t, KeyHash> index_;
+    std::unordered_map<Key, std::size_t, KeyHash> index_;  // a child, by parent and name, to its place among the children
     std::vector<Frame> frames_;  // the elements open inside the current row: the first open_
     std::size_t open_ = 0;
     std::size_t depth_ = 0;      // elements open in the document

@@ -18,6 +18,7 @@ namespace tolven::import {
 namespace {
 
 namespace parser = io::xml::common::parser;
+using parser::Attribute;
 using parser::ElementEvent;
 
 constexpr std::size_t kNone = std::numeric_limits<std::size_t>::max();
@@ -67,12 +68,14 @@ public:
             return p->elements.empty() ||
                    (p->elements.size() == 1 && p->elements[0].position == 0 && p->elements[0].name.kind != NameTest::Kind::Any);
         });
+        rows_only_ = plan.row_pattern && absolute.size() == 1;
         absolute_.emplace(std::move(absolute));
         relative_.emplace(std::move(relative));
         absolute_->reset();
         if (direct_) base_matches_ = relative_->reset();
         matched_.assign(width_, 0);
         attributes_.resize(width_);
+        attribute_hints_.assign(width_, 0);
     }
 
     // Names are compared by pointer from now on: those of the parse that intern stands for.
@@ -123,6 +126,9 @@ public:
         if (in_row_ && depth == row_depth_) {
             in_row_ = false;
             row(current_row_).closed = true;
+        } else if (rows_only_) {
+            // Every value lies in its row: a row is ready when it closes, not before.
+            return !sink_.full();
         }
         return emit_ready(false);
     }
@@ -236,15 +242,26 @@ private:
     std::optional<std::string_view> attribute_value(std::size_t column, const NameTest& test,
                                                     const ElementEvent& element) {
         const InternedName& name = attributes_[column];
-        if (name.bound && name.kind != NameTest::Kind::Any &&
-            static_cast<std::size_t>(element.attribute_count) > AttributeIndex::kScanLimit) {
-            const int i = attribute_index_.find(element, name.local, name.uri, name.kind == NameTest::Kind::Qualified);
-            if (i < 0) return std::nullopt;
-            return element.attribute(i).value;
+        if (!name.bound) return element.find_attribute([&test](const char* u, const char* l) { return test.matches(u, l); });
+        int& hint = attribute_hints_[column];
+        if (name.kind == NameTest::Kind::Qualified && hint < element.attribute_count) {
+            // An element has one attribute of a name at most, mostly where the last row had it.
+            const Attribute a = element.attribute(hint);
+            if (a.local == name.local && a.uri == name.uri) return a.value;
         }
-        if (name.bound)
-            return element.find_attribute([&name](const char* u, const char* l) { return name.matches(u, l); });
-        return element.find_attribute([&test](const char* u, const char* l) { return test.matches(u, l); });
+        int found = -1;
+        if (name.kind != NameTest::Kind::Any &&
+            static_cast<std::size_t>(element.attribute_count) > AttributeIndex::kScanLimit) {
+            found = attribute_index_.find(element, name.local, name.uri, name.kind == NameTest::Kind::Qualified);
+        } else {
+            for (int i = 0; i < element.attribute_count && found < 0; ++i) {
+                const Attribute a = element.attribute(i);
+                if (name.matches(a.uri, a.local)) found = i;
+            }
+        }
+        if (found < 0) return std::nullopt;
+        hint = found;
+        return element.attribute(found).value;
     }
 
     // Takes a value of column for row r from element (or from its attribute). False when the
@@ -311,6 +328,7 @@ private:
     std::size_t row_depth_ = 0;
     std::vector<Capture> captures_;
     std::vector<InternedName> attributes_;  // per column: its attribute's name, once bound
+    std::vector<int> attribute_hints_;      // per column: where its attribute was last found
     // Direct mode: every relative column is the row, an attribute of it, or a child named without a
     // position or wildcard (or that child's attribute), so the children are found by name in one
     // table instead of by the tracker; most tables are so.
@@ -324,6 +342,7 @@ private:
         std::uint32_t first = 0, count = 0;
     };
     bool direct_ = false;
+    bool rows_only_ = false;  // every column is read within the row
     std::vector<std::size_t> base_matches_;  // the patterns the row itself matches
     std::vector<ChildSlot> child_slots_;     // open addressing on the interned local name
     std::vector<ChildColumn> child_columns_;
