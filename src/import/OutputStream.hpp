@@ -31,6 +31,21 @@ public:
         if (used_ == kSize) flush_buffer();
         buffer_[used_++] = c;
     }
+    // For a writer that fills the buffer in place, sparing a check of room per piece: where the
+    // next byte goes and the end of the buffer. What is written there counts once commit() is
+    // given its end.
+    char* position() noexcept { return buffer_.get() + used_; }
+    char* limit() noexcept { return buffer_.get() + kSize; }
+    void commit(const char* end) noexcept { used_ = static_cast<std::size_t>(end - buffer_.get()); }
+    // The position, flushing first when fewer than n bytes are free after it; nullptr when n is
+    // more than the whole buffer holds.
+    char* room(std::size_t n) {
+        if (n > kSize - used_) {
+            if (n > kSize) return nullptr;
+            flush_buffer();
+        }
+        return position();
+    }
     // Writes everything buffered. Raises "TOLVEN:import:OutputNotWritable" (name, reason) on failure.
     void flush();
     // True when what was written can be taken back: the descriptor is a regular file.
@@ -39,7 +54,6 @@ public:
     // OutputNotWritable.
     void rewind();
 
-private:
     // memcpy without a call for the short pieces most fields are: two copies of a fixed size that
     // overlap cover every length up to twice that size, reading and writing only the piece's bytes.
     // GCC 12 warns of the branches for other sizes where a literal of known size is inlined, though
@@ -65,6 +79,8 @@ private:
 #if defined(__GNUC__) && !defined(__clang__)
 #pragma GCC diagnostic pop
 #endif
+
+private:
     static constexpr std::size_t kSize = std::size_t{1} << 20;
     void append_long(std::string_view text);
     void flush_buffer();

@@ -134,27 +134,65 @@ void RowSink::decide() {
     std::vector<std::uint32_t>().swap(held_sizes_);
 }
 
+// Inline: it runs for every value written.
+inline void RowSink::convert(std::size_t column, std::string_view raw, std::uint64_t row, Cell& cell) {
+    const std::string_view text = trim_whitespace(raw);
+    if (text.empty()) {
+        cell = {};
+        return;
+    }
+    if (!converters_[column].convert(text, cell)) [[unlikely]]
+        unconvertible(column, text, row, cell);
+}
+
+void RowSink::unconvertible(std::size_t column, std::string_view text, std::uint64_t row, Cell& cell) {
+    Counts& counts = counts_[column];
+    if (counts.unconvertible++ == 0) counts.first_unconvertible.emplace(row, std::string(text));
+    if (settings_.strict)
+        vxErrMsgId(TOLVEN::import::UnconvertibleValue(columns_[column].name, std::to_string(row), std::string(text),
+                                                      converters_[column].type()));
+    cell = {Cell::Kind::Text, text, {}};
+}
+
 template <class Values>
 void RowSink::write(const Values& values) {
     const std::uint64_t row = ++written_;
-    list_text_.clear();
-    pieces_.clear();
-    lists_.clear();
-    for (std::size_t c = 0; c < cells_.size(); ++c) {
+    // Only a row with a list fills its bookkeeping.
+    if (!lists_.empty()) {
+        list_text_.clear();
+        pieces_.clear();
+        lists_.clear();
+    }
+    Cell* const cells = cells_.data();
+    const std::size_t width = cells_.size();
+    for (std::size_t c = 0; c < width; ++c) {
         const std::size_t n = values.count(c);
-        if (n > 1) ++counts_[c].repeated;
-        if (n <= 1 || !settings_.all_repeated) {
-            cells_[c] = n == 0 ? Cell{} : convert(c, values.value(c, 0), row);
-            if (cells_[c].kind == Cell::Kind::Missing) ++counts_[c].missing;
+        if (n == 0) {
+            cells[c] = {};
+            ++counts_[c].missing;
             continue;
         }
-        lists_.emplace_back(c, pieces_.size());
-        for (std::size_t k = 0; k < n; ++k) {
-            const Cell cell = convert(c, values.value(c, k), row);
-            pieces_.push_back({cell.kind, list_text_.size(), cell.text.size()});
-            list_text_.append(cell.text);
+        if (n > 1) [[unlikely]] {
+            ++counts_[c].repeated;
+            if (settings_.all_repeated) {
+                lists_.emplace_back(c, pieces_.size());
+                for (std::size_t k = 0; k < n; ++k) {
+                    Cell cell;
+                    convert(c, values.value(c, k), row, cell);
+                    pieces_.push_back({cell.kind, list_text_.size(), cell.text.size()});
+                    list_text_.append(cell.text);
+                }
+                continue;
+            }
         }
+        convert(c, values.value(c, 0), row, cells[c]);
+        if (cells[c].kind == Cell::Kind::Missing) ++counts_[c].missing;
     }
+    if (!lists_.empty()) finish_lists();
+    writer_.write_row(cells_);
+}
+
+void RowSink::finish_lists() {
     // The items point into list_text_ only now that it no longer grows; reserved, they do not move.
     list_items_.clear();
     list_items_.reserve(pieces_.size());
@@ -166,20 +204,6 @@ void RowSink::write(const Values& values) {
             list_items_.push_back({pieces_[p].kind, std::string_view(list_text_).substr(pieces_[p].offset, pieces_[p].size), {}});
         cells_[c] = {Cell::Kind::List, {}, std::span<const Cell>(list_items_).subspan(start, end - first)};
     }
-    writer_.write_row(cells_);
-}
-
-Cell RowSink::convert(std::size_t column, std::string_view raw, std::uint64_t row) {
-    const std::string_view text = trim_whitespace(raw);
-    if (text.empty()) return {};
-    Cell cell;
-    if (converters_[column].convert(text, cell)) return cell;
-    Counts& counts = counts_[column];
-    if (counts.unconvertible++ == 0) counts.first_unconvertible.emplace(row, std::string(text));
-    if (settings_.strict)
-        vxErrMsgId(TOLVEN::import::UnconvertibleValue(columns_[column].name, std::to_string(row), std::string(text),
-                                                      converters_[column].type()));
-    return {Cell::Kind::Text, text, {}};
 }
 
 }  // namespace tolven::import

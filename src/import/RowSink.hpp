@@ -75,7 +75,11 @@ private:
     template <class Values>
     void write(const Values& values);
     // The cell of one value; a value that does not convert becomes its own text.
-    Cell convert(std::size_t column, std::string_view raw, std::uint64_t row);
+    void convert(std::size_t column, std::string_view raw, std::uint64_t row, Cell& cell);
+    // Counts (and with strict, raises) a value that did not convert; its text as the cell.
+    void unconvertible(std::size_t column, std::string_view text, std::uint64_t row, Cell& cell);
+    // Points the cells of the row's lists at their items.
+    void finish_lists();
 
     std::vector<Column> columns_;
     std::vector<ValueConverter> converters_;

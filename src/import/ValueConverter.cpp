@@ -76,6 +76,7 @@ std::size_t plain_decimal(std::string_view text) noexcept {
     while (text[end - 1] == '0') --end;
     if (end == point + 1) return point;  // a fraction of zeros: the integer
     std::size_t significant = end - integer - 1;
+    if (significant <= kExactDigits) return end;  // leading zeros would only lower it
     for (std::size_t k = integer; k < end && (text[k] == '0' || text[k] == '.'); ++k)
         if (text[k] == '0') --significant;
     return significant <= kExactDigits ? end : 0;
@@ -204,15 +205,17 @@ bool ValueConverter::convert_other(std::string_view text, Cell& cell) {
         case Target::Signed:
         case Target::Unsigned: return convert_integer(text, cell);
         case Target::Datetime: return convert_datetime(text, cell);
-        case Target::Duration: {
-            auto value = conv::to_duration(*options_, text);
-            if (!value) return false;
-            converted_ = std::move(*value);
-            cell = {Cell::Kind::Text, converted_, {}};
-            return true;
-        }
+        case Target::Duration: return convert_duration(text, cell);
     }
     return false;
+}
+
+bool ValueConverter::convert_duration(std::string_view text, Cell& cell) {
+    auto value = conv::to_duration(*options_, text);
+    if (!value) return false;
+    converted_ = std::move(*value);
+    cell = {Cell::Kind::Text, converted_, {}};
+    return true;
 }
 
 bool ValueConverter::convert_number(std::string_view text, Cell& cell) {

@@ -69,6 +69,7 @@ private:
     bool convert_number(std::string_view text, Cell& cell);
     bool convert_integer(std::string_view text, Cell& cell);
     bool convert_datetime(std::string_view text, Cell& cell);
+    bool convert_duration(std::string_view text, Cell& cell);
 
     std::string name_;
     std::string type_;

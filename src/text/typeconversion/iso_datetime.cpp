@@ -25,6 +25,13 @@ int digits(std::string_view text, std::size_t at, std::size_t count) noexcept {
     return value;
 }
 
+// The value of the two digits at p, or -1 when either is not a digit.
+int two_digits(const char* p) noexcept {
+    const unsigned tens = static_cast<unsigned char>(p[0]) - unsigned{'0'};
+    const unsigned ones = static_cast<unsigned char>(p[1]) - unsigned{'0'};
+    return tens > 9 || ones > 9 ? -1 : static_cast<int>(tens * 10 + ones);
+}
+
 bool at(std::string_view text, std::size_t i, char c) noexcept { return i < text.size() && text[i] == c; }
 
 }  // namespace
@@ -59,17 +66,23 @@ void append_iso_datetime(std::string& out, const DateTimeParts& parts) {
 }
 
 bool is_canonical_iso_datetime(std::string_view text) noexcept {
+    // Every value of a date column comes here: once the length is known to hold the fixed places,
+    // they are read without a check each.
+    if (text.size() < 10) return false;
+    const char* p = text.data();
     DateTimeParts parts;
-    parts.year = digits(text, 0, 4);
-    parts.month = digits(text, 5, 2);
-    parts.day = digits(text, 8, 2);
-    if (parts.year < 0 || parts.month < 0 || parts.day < 0 || !at(text, 4, '-') || !at(text, 7, '-')) return false;
+    const int century = two_digits(p), year = two_digits(p + 2);
+    parts.month = two_digits(p + 5);
+    parts.day = two_digits(p + 8);
+    if ((century | year | parts.month | parts.day) < 0 || p[4] != '-' || p[7] != '-') return false;
+    parts.year = century * 100 + year;
     if (text.size() == 10) return is_valid_date_time(parts);
-    parts.hour = digits(text, 11, 2);
-    parts.minute = digits(text, 14, 2);
-    parts.second = digits(text, 17, 2);
-    if (!at(text, 10, 'T') || !at(text, 13, ':') || !at(text, 16, ':') || parts.hour < 0 || parts.minute < 0 ||
-        parts.second < 0 || !is_valid_date_time(parts)) {
+    if (text.size() < 19) return false;
+    parts.hour = two_digits(p + 11);
+    parts.minute = two_digits(p + 14);
+    parts.second = two_digits(p + 17);
+    if (p[10] != 'T' || p[13] != ':' || p[16] != ':' || (parts.hour | parts.minute | parts.second) < 0 ||
+        !is_valid_date_time(parts)) {
         return false;
     }
     std::size_t i = 19;

@@ -194,7 +194,7 @@ bool parse_time_suffix(Cursor& c, bool iso, const LocaleDateData& locale, DateTi
 bool is_leap_year(int year) noexcept { return (year % 4 == 0 && year % 100 != 0) || year % 400 == 0; }
 
 int days_in_month(int year, int month) noexcept {
-    constexpr int days[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+    static constexpr int days[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
     return month == 2 && is_leap_year(year) ? 29 : days[month - 1];
 }
 
