@@ -33,12 +33,14 @@ check: build
 check-sanitize: build-sanitize
 	cd $(SANITIZE_DIR) && ctest --output-on-failure -j $(JOBS)
 
-# Detection and import on several threads at once, under ThreadSanitizer (its own build: it does
-# not combine with AddressSanitizer). Only the public library and its tests are built.
+# Detection and import on several threads at once, and the parser's relay of events to a second
+# thread, under ThreadSanitizer (its own build: it does not combine with AddressSanitizer). Only
+# the libraries and these tests are built.
 check-tsan: setup
 	cmake -S . -B $(TSAN_DIR) -G Ninja -DCMAKE_BUILD_TYPE=Debug -DTOLVEN_TSAN=ON -DTOLVEN_BUILD_BENCH=OFF
-	cmake --build $(TSAN_DIR) -j $(JOBS) --target api_tests
+	cmake --build $(TSAN_DIR) -j $(JOBS) --target api_tests xml_tests
 	TSAN_OPTIONS="halt_on_error=1 second_deadlock_stack=1" $(TSAN_DIR)/tests/api_tests --gtest_filter='Threads.*'
+	TSAN_OPTIONS="halt_on_error=1 second_deadlock_stack=1" $(TSAN_DIR)/tests/xml_tests --gtest_filter='EventRelay.*'
 
 # The Python package from a clean copy of the checkout into a fresh venv, with no package index.
 check-python-install: setup

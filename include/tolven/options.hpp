@@ -66,6 +66,10 @@ struct ReadSettings {
     std::uint64_t sample_bytes = std::uint64_t{2} << 20;
     // Import at most this many rows, and stop reading once they are found.
     std::optional<std::uint64_t> head;
+    // A streamed import assembles and converts its rows on a second thread while the calling thread
+    // parses, which takes less time where a core is free. A RowSink is then called on that thread
+    // (one call at a time, in order); off, everything runs on the calling thread.
+    bool parallel = false;
 };
 
 }  // namespace tolven::xml

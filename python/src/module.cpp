@@ -70,6 +70,8 @@ tx::ReadSettings settings_from(const py::dict& o) {
         s.mode = o["stream"].cast<bool>() ? tx::ReadSettings::Mode::Stream : tx::ReadSettings::Mode::Tree;
     s.sample_bytes = get<std::uint64_t>(o, "sample_bytes", s.sample_bytes);
     if (o.contains("nrows") && !o["nrows"].is_none()) s.head = o["nrows"].cast<std::uint64_t>();
+    // The column builder touches no Python object, so it may take the rows on the import's own thread.
+    s.parallel = true;
     return s;
 }
 

@@ -90,6 +90,7 @@ import::ReadSettings internal_settings(const Hints& hints, const ReadSettings& s
                                                          : import::ReadSettings::Mode::Auto;
     s.sample_bytes = settings.sample_bytes;
     s.head = settings.head;
+    s.parallel = settings.parallel;
     return s;
 }
 

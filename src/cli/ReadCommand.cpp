@@ -65,6 +65,12 @@ ReadCommand::ReadCommand(CLI::App& app)
         ->check(Count())
         ->type_name("N");
     add_sample_options(*command_, sample_, "Detect on a sample and import in one streaming pass, whatever the size");
+    command_->add_option("--threads", threads_,
+                         "Threads of a streaming import: 2 parses on one while the rows are assembled, converted "
+                         "and written on the other; 1 does all on one")
+        ->check(CLI::Range(1, 2))
+        ->default_val(2)
+        ->type_name("N");
     command_->add_flag("--huge", huge_,
                        "Lift the parser's limits (nesting deeper than 256 levels, text nodes over 10 MB, "
                        "entity expansion) for a document you trust");
@@ -164,6 +170,7 @@ ExitCode ReadCommand::run() const {
         // A file (given with -o, or standard output sent to one) can be cut back and written again,
         // so a late column costs a second import only when there is one.
         settings.restartable = !sqlite && out.rewindable();
+        settings.parallel = threads_ > 1;
         import::TableReader reader(input, hints.get(), settings, note);
         choice.release();
         std::unique_ptr<import::TableWriter> writer;

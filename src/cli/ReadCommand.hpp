@@ -34,6 +34,7 @@ private:
     bool replace_ = false;
     std::optional<std::uint64_t> head_;
     bool huge_ = false;
+    int threads_ = 2;
     SampleOptions sample_;
     bool progress_ = false;
     bool no_progress_ = false;

@@ -72,17 +72,23 @@ std::optional<std::string> close_sample(std::string_view s) {
     std::size_t cut = 0;  // one past the last complete piece of markup
     std::size_t pos = 0;
     while ((pos = s.find('<', pos)) != std::string_view::npos) {
+        // Most markup is tags: the character after '<' tells them from the rest.
+        const char next = pos + 1 < s.size() ? s[pos + 1] : '\0';
         std::size_t end;
-        if (s.compare(pos, 4, "<!--") == 0) end = after(s, pos + 4, "-->");
-        else if (s.compare(pos, 9, "<![CDATA[") == 0) end = after(s, pos + 9, "]]>");
-        else if (s.compare(pos, 2, "<?") == 0) end = after(s, pos + 2, "?>");
-        else if (s.compare(pos, 2, "<!") == 0) end = doctype_end(s, pos);
-        else end = tag_end(s, pos);
+        if (next == '!') {
+            if (s.compare(pos, 4, "<!--") == 0) end = after(s, pos + 4, "-->");
+            else if (s.compare(pos, 9, "<![CDATA[") == 0) end = after(s, pos + 9, "]]>");
+            else end = doctype_end(s, pos);
+        } else if (next == '?') {
+            end = after(s, pos + 2, "?>");
+        } else {
+            end = tag_end(s, pos);
+        }
         if (end == std::string_view::npos) break;
 
-        if (s.compare(pos, 2, "</") == 0) {
+        if (next == '/') {
             if (!open.empty()) open.pop_back();
-        } else if (s[pos + 1] != '!' && s[pos + 1] != '?') {
+        } else if (next != '!' && next != '?') {
             root_seen = true;
             if (s[end - 2] != '/') open.push_back(tag_name(s, pos + 1));
         }

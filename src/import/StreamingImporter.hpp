@@ -27,11 +27,15 @@ public:
     // survey, which must outlive the importer, is shown every event of the pass too, so that one
     // parse both imports and surveys; what it returns is not heeded.
     void observe(ColumnSurvey* survey) noexcept { survey_ = survey; }
+    // With parallel, rows are assembled, converted and written on a second thread while this one
+    // parses: the sink, its writer and the survey are then called on that thread, one call at a time.
+    void set_parallel(bool parallel) noexcept { parallel_ = parallel; }
 
 private:
     const ImportPlan& plan_;
     io::xml::common::parser::ParserSettings settings_;
     ColumnSurvey* survey_ = nullptr;
+    bool parallel_ = false;
 };
 
 }  // namespace tolven::import

@@ -325,6 +325,7 @@ RowSink TableReader::import(InputDocument& input, TableWriter& writer, Progress*
     if (streaming_) {
         StreamingImporter importer(*plan_, parser_);
         if (pending_survey_) importer.observe(pending_survey_.get());
+        importer.set_parallel(settings_.parallel);
         importer.run(input, sink, progress);
     } else {
         TreeImporter(*plan_).run(*document_, sink);

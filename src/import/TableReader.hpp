@@ -67,6 +67,9 @@ struct ReadSettings {
     // for along the import, which is run again from the start only when one turns up, rather than in
     // a pass of their own before it.
     bool restartable = false;
+    // A streaming import assembles, converts and writes its rows on a second thread while this one
+    // parses; the writer is then called on that thread. Off, everything runs on the caller's thread.
+    bool parallel = false;
 };
 
 class TableReader {

@@ -66,6 +66,11 @@ TEST(Threads, DetectionsAndImportsOnSeveralThreadsMatchASequentialRun) {
     jobs.push_back({tx::Source::memory(big, "big"), german, streamed});
     jobs.push_back({tx::Source::memory(big, "big"), {}, {}});
     jobs.push_back({tx::Source::memory(cut, "cut"), german, streamed});
+    // The same two with rows assembled on a second thread of their own.
+    tx::ReadSettings parallel = streamed;
+    parallel.parallel = true;
+    jobs.push_back({tx::Source::memory(big, "big"), german, parallel});
+    jobs.push_back({tx::Source::memory(cut, "cut"), german, parallel});
 
     std::vector<std::string> expected;
     for (const auto& job : jobs) expected.push_back(run(job));
@@ -85,6 +90,8 @@ TEST(Threads, DetectionsAndImportsOnSeveralThreadsMatchASequentialRun) {
             EXPECT_EQ(got[t][i], expected[(i + t) % jobs.size()]) << "thread " << t << ", job " << (i + t) % jobs.size();
     EXPECT_NE(expected[6].find("when:datetime"), std::string::npos) << expected[6];
     EXPECT_NE(expected[8].find("MalformedDocument"), std::string::npos) << expected[8];
+    EXPECT_EQ(expected[9], expected[6]);
+    EXPECT_EQ(expected[10], expected[8]);
 }
 
 }  // namespace

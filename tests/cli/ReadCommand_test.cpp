@@ -26,10 +26,12 @@ std::string quote(const std::string& s) { return "'" + s + "'"; }
 // Reads with both paths, expects them to succeed with the same output, and returns it.
 std::string read_both(const std::string& arguments, std::string* stream_err = nullptr) {
     const CliRun stream = run_cli("read " + arguments + " --stream");
+    const CliRun one_thread = run_cli("read " + arguments + " --stream --threads 1");
     const CliRun tree = run_cli("read " + arguments + " --no-stream");
     EXPECT_EQ(stream.exit_code, 0) << arguments << "\n" << stream.err;
     EXPECT_EQ(tree.exit_code, 0) << arguments << "\n" << tree.err;
     EXPECT_EQ(stream.out, tree.out) << arguments;
+    EXPECT_EQ(one_thread.out, stream.out) << arguments;
     if (stream_err != nullptr) *stream_err = stream.err;
     return tree.out;
 }

@@ -5,44 +5,14 @@
 #include <new>
 #include <string>
 
+#include "xml/support/Recorder.hpp"
 #include "xml/support/parse_xml.hpp"
 
 namespace {
 
-using tolven::io::xml::common::parser::ElementEvent;
 using tolven::io::xml::common::parser::PushParser;
-using tolven::io::xml::common::parser::SaxHandler;
 using tolven::test::raised_by;
-
-// Writes the events as text: <uri|local @name=value ...> for a start, / for an end, "text" for text.
-class Recorder : public SaxHandler {
-public:
-    std::string log;
-    const char* first_local = nullptr;
-    int elements_until_stop = -1;  // start elements accepted before stopping (or throwing, with fail)
-    bool fail = false;
-
-    bool start_element(const ElementEvent& e) override {
-        if (first_local == nullptr) first_local = e.local;
-        if (elements_until_stop-- == 0) {
-            if (fail) throw std::bad_alloc();
-            return false;
-        }
-        log += std::string("<") + (e.uri != nullptr ? e.uri : "") + "|" + e.local;
-        for (int i = 0; i < e.attribute_count; ++i)
-            log += " @" + std::string(e.attribute(i).local) + "=" + std::string(e.attribute(i).value);
-        log += ">";
-        return true;
-    }
-    bool end_element() override {
-        log += "/";
-        return true;
-    }
-    bool text(std::string_view text) override {
-        log += "\"" + std::string(text) + "\"";
-        return true;
-    }
-};
+using tolven::test::Recorder;
 
 std::string events(const std::string& xml, Recorder& recorder, std::size_t chunk = 7) {
     PushParser parser("doc.xml", {}, recorder);

@@ -1,0 +1,252 @@
+#include "xml/parser/EventRelay.hpp"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <new>
+#include <utility>
+
+#include "host/except/Exception.hpp"
+#include "xml/errors.hpp"
+
+namespace tolven::io::xml::common::parser {
+
+namespace {
+
+// Batches in flight at most: the parser waits when it is this far ahead.
+constexpr std::size_t kMostBatches = 4;
+
+enum Tag : unsigned char { kStart, kEnd, kText };
+
+// Reads the records of a batch in order.
+class Reader {
+public:
+    Reader(const unsigned char* bytes, std::size_t size) : at_(bytes), end_(bytes + size) {}
+    bool done() const noexcept { return at_ == end_; }
+    template <class T>
+    T get() noexcept {
+        T value;
+        std::memcpy(&value, at_, sizeof value);
+        at_ += sizeof value;
+        return value;
+    }
+    const unsigned char* take(std::size_t size) noexcept {
+        const unsigned char* start = at_;
+        at_ += size;
+        return start;
+    }
+
+private:
+    const unsigned char* at_;
+    const unsigned char* end_;
+};
+
+}  // namespace
+
+EventRelay::EventRelay(SaxHandler& handler, std::string source, std::function<void()> after_batch)
+    : handler_(handler), source_(std::move(source)), after_batch_(std::move(after_batch)), current_(std::make_unique<Batch>()) {
+    current_->bytes.resize(kBatchBytes + 4096);
+    batches_ = 1;
+    worker_ = std::thread([this] { work(); });
+}
+
+EventRelay::~EventRelay() { stop(); }
+
+void EventRelay::stop() noexcept {
+    {
+        const std::lock_guard lock(mutex_);
+        quit_ = true;
+        full_.clear();
+    }
+    changed_.notify_all();
+    if (worker_.joinable()) worker_.join();
+}
+
+void EventRelay::grow(std::size_t size) {
+    Batch& batch = *current_;
+    batch.bytes.resize(std::max(2 * batch.bytes.size(), batch.used + size));
+}
+
+namespace {
+
+template <class T>
+unsigned char* write(unsigned char* at, const T& value) {
+    std::memcpy(at, &value, sizeof value);
+    return at + sizeof value;
+}
+
+}  // namespace
+
+bool EventRelay::start_element(const ElementEvent& element) {
+    current_->last_text = kNoText;
+    const auto namespaces = static_cast<std::size_t>(element.namespace_count);
+    const auto attributes = static_cast<std::size_t>(element.attribute_count);
+    std::size_t size = 1 + 3 * sizeof(const char*) + 2 * sizeof(int) + 2 * namespaces * sizeof(const xmlChar*) +
+                       attributes * (3 * sizeof(const xmlChar*) + sizeof(std::uint64_t));
+    for (std::size_t i = 0; i < attributes; ++i)
+        size += static_cast<std::size_t>(element.attributes[5 * i + 4] - element.attributes[5 * i + 3]);
+    unsigned char* at = room(size);
+    at = write(at, kStart);
+    at = write(at, element.local);
+    at = write(at, element.uri);
+    at = write(at, element.prefix);
+    at = write(at, element.attribute_count);
+    at = write(at, element.namespace_count);
+    if (namespaces > 0) {
+        std::memcpy(at, element.namespaces, 2 * namespaces * sizeof(const xmlChar*));
+        at += 2 * namespaces * sizeof(const xmlChar*);
+    }
+    for (std::size_t i = 0; i < attributes; ++i) {
+        const xmlChar* const* a = element.attributes + 5 * i;
+        std::memcpy(at, a, 3 * sizeof(const xmlChar*));  // local, prefix, namespace
+        at += 3 * sizeof(const xmlChar*);
+        const auto length = static_cast<std::uint64_t>(a[4] - a[3]);
+        at = write(at, length);
+        std::memcpy(at, a[3], length);
+        at += length;
+    }
+    return recorded();
+}
+
+bool EventRelay::end_element() {
+    current_->last_text = kNoText;
+    write(room(1), kEnd);
+    return recorded();
+}
+
+bool EventRelay::text(std::string_view text) {
+    Batch& batch = *current_;
+    if (batch.last_text != kNoText) {
+        // Text after text, with no tag between, is one piece to every handler: it is appended.
+        std::uint64_t size;
+        std::memcpy(&size, batch.bytes.data() + batch.last_text + 1, sizeof size);
+        size += text.size();
+        std::memcpy(batch.bytes.data() + batch.last_text + 1, &size, sizeof size);
+        std::memcpy(room(text.size()), text.data(), text.size());
+    } else {
+        const std::size_t start = batch.used;
+        unsigned char* at = room(1 + sizeof(std::uint64_t) + text.size());
+        at = write(at, kText);
+        at = write(at, static_cast<std::uint64_t>(text.size()));
+        std::memcpy(at, text.data(), text.size());
+        batch.last_text = start;
+    }
+    return recorded();
+}
+
+void EventRelay::hand_over(bool force) {
+    if ((current_->used < kBatchBytes && !force) || current_->used == 0) return;
+    std::unique_lock lock(mutex_);
+    full_.push_back(std::move(current_));
+    changed_.notify_all();
+    if (spare_.empty() && batches_ < kMostBatches) {
+        ++batches_;
+        lock.unlock();
+        current_ = std::make_unique<Batch>();
+        current_->bytes.resize(kBatchBytes + 4096);
+        return;
+    }
+    changed_.wait(lock, [this] { return !spare_.empty() || quit_; });
+    if (spare_.empty()) {
+        current_ = std::make_unique<Batch>();
+        return;
+    }
+    current_ = std::move(spare_.back());
+    spare_.pop_back();
+    lock.unlock();
+    current_->used = 0;
+    current_->last_text = kNoText;
+    // A batch that grew around a long text gives its memory back.
+    if (current_->bytes.size() > 8 * kBatchBytes) {
+        std::vector<unsigned char>().swap(current_->bytes);
+        current_->bytes.resize(kBatchBytes + 4096);
+    }
+}
+
+bool EventRelay::finish() {
+    hand_over(true);
+    std::unique_lock lock(mutex_);
+    changed_.wait(lock, [this] { return (full_.empty() && !busy_) || quit_; });
+    if (failure_) {
+        try {
+            std::rethrow_exception(failure_);
+        } catch (const std::bad_alloc&) {
+            vxErrMsgId(TOLVEN::io::xml::common::OutOfMemory(source_));
+        }
+    }
+    return !stopped_;
+}
+
+void EventRelay::work() {
+    for (;;) {
+        std::unique_ptr<Batch> batch;
+        {
+            std::unique_lock lock(mutex_);
+            changed_.wait(lock, [this] { return !full_.empty() || quit_; });
+            if (quit_) return;
+            batch = std::move(full_.front());
+            full_.pop_front();
+            busy_ = true;
+        }
+        bool going = !stopped_.load(std::memory_order_relaxed);
+        std::exception_ptr failure;
+        if (going) {
+            try {
+                going = replay(*batch);
+            } catch (...) {
+                failure = std::current_exception();
+                going = false;
+            }
+        }
+        if (going && after_batch_) after_batch_();
+        {
+            const std::lock_guard lock(mutex_);
+            if (failure && !failure_) failure_ = failure;
+            if (!going) stopped_.store(true, std::memory_order_relaxed);
+            spare_.push_back(std::move(batch));
+            busy_ = false;
+        }
+        changed_.notify_all();
+    }
+}
+
+bool EventRelay::replay(const Batch& batch) {
+    Reader in(batch.bytes.data(), batch.used);
+    while (!in.done()) {
+        switch (in.get<Tag>()) {
+            case kStart: {
+                ElementEvent element{};
+                element.local = in.get<const char*>();
+                element.uri = in.get<const char*>();
+                element.prefix = in.get<const char*>();
+                element.attribute_count = in.get<int>();
+                element.namespace_count = in.get<int>();
+                scratch_.clear();
+                for (int i = 0; i < 2 * element.namespace_count; ++i) scratch_.push_back(in.get<const xmlChar*>());
+                for (int i = 0; i < element.attribute_count; ++i) {
+                    for (int k = 0; k < 3; ++k) scratch_.push_back(in.get<const xmlChar*>());
+                    const auto size = in.get<std::uint64_t>();
+                    const unsigned char* value = in.take(size);
+                    scratch_.push_back(value);
+                    scratch_.push_back(value + size);
+                }
+                element.namespaces = element.namespace_count > 0 ? scratch_.data() : nullptr;
+                element.attributes = scratch_.data() + 2 * element.namespace_count;
+                if (!handler_.start_element(element)) return false;
+                break;
+            }
+            case kEnd:
+                if (!handler_.end_element()) return false;
+                break;
+            case kText: {
+                const auto size = in.get<std::uint64_t>();
+                const unsigned char* text = in.take(size);
+                if (!handler_.text(std::string_view(chars(text), size))) return false;
+                break;
+            }
+        }
+    }
+    return true;
+}
+
+}  // namespace tolven::io::xml::common::parser
