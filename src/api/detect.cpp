@@ -35,6 +35,7 @@ Detection detect(const Source& source, const Hints& hints) {
                                             : std::make_unique<import::InputDocument>(source.name);
         import::ReadSettings settings;
         settings.detect_only = true;
+        settings.parallel = true;  // no caller's code runs in the pass: it may survey on a second thread
         settings.detect = [table = hints.table](const auto& document, const vxArray* h) {
             return tolven::tables::choose_table(document, h, table);
         };

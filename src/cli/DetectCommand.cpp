@@ -63,6 +63,7 @@ ExitCode DetectCommand::run() const {
         settings.sample_bytes = sample_.sample_bytes;
         settings.huge = huge_;
         settings.detect_only = true;
+        settings.parallel = true;  // the pass over a large input surveys on a second thread
         settings.detect = [&choice](const auto& document, const vxArray* h) { return choice.detect(document, h); };
         import::InputDocument input(input_);
         const import::TableReader reader(input, hints.get(), settings,

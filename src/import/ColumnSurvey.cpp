@@ -5,9 +5,9 @@
 #include <set>
 
 #include "host/utf.hpp"
+#include "import/EventPass.hpp"
 #include "text/ConvertTolvenTypeToString.hpp"
 #include "text/textio/trim.hpp"
-#include "xml/parser/PushParser.hpp"
 
 namespace tolven::import {
 
@@ -60,19 +60,13 @@ ColumnSurvey::ColumnSurvey(const DetectionResult& result, const ImportPlan& plan
 
 void ColumnSurvey::bind(const std::function<const char*(std::string_view)>& intern) { rows_tracker_.bind(intern); }
 
-void ColumnSurvey::run(InputDocument& input, const parser::ParserSettings& settings, Progress* progress) {
-    parser::PushParser push(input.source(), settings, *this);
-    bind([&push](std::string_view name) { return push.intern(name); });
-    std::vector<char> buffer(InputDocument::kChunkBytes);
-    for (;;) {
-        const std::size_t n = input.read(buffer.data(), buffer.size());
-        if (n == 0) {
-            push.finish();
-            break;
-        }
-        if (!push.feed(buffer.data(), n)) break;
-        if (progress != nullptr) progress->update(input.input_bytes(), 0);
-    }
+void ColumnSurvey::run(InputDocument& input, const parser::ParserSettings& settings, Progress* progress,
+                       bool parallel) {
+    EventPass pass;
+    pass.parallel = parallel;
+    pass.bind = [this](const std::function<const char*(std::string_view)>& intern) { bind(intern); };
+    if (progress != nullptr) pass.after_chunk = [&] { progress->update(input.input_bytes(), 0); };
+    pass.run(input, settings, *this);
 }
 
 bool ColumnSurvey::start_element(const parser::ElementEvent& element) {

@@ -52,8 +52,10 @@ public:
 
     // Reads input from its start with a parser of its own (same settings, limits and errors as
     // every other pass). Raises what PushParser raises.
-    // progress, when given, is told how far it is (no rows).
-    void run(InputDocument& input, const io::xml::common::parser::ParserSettings& parser, Progress* progress = nullptr);
+    // progress, when given, is told how far it is (no rows). With parallel, the events are handled
+    // on a second thread while this one parses.
+    void run(InputDocument& input, const io::xml::common::parser::ParserSettings& parser, Progress* progress = nullptr,
+             bool parallel = false);
     // For a pass driven by someone else: names are interned by intern from now on.
     void bind(const std::function<const char*(std::string_view)>& intern);
 

@@ -10,10 +10,9 @@
 #include <vector>
 
 #include "import/AttributeIndex.hpp"
+#include "import/EventPass.hpp"
 #include "import/PathTracker.hpp"
 #include "import/RowValues.hpp"
-#include "xml/parser/EventRelay.hpp"
-#include "xml/parser/PushParser.hpp"
 
 namespace tolven::import {
 
@@ -380,46 +379,24 @@ private:
 }  // namespace
 
 void StreamingImporter::run(InputDocument& input, RowSink& sink, Progress* progress) const {
+    if (sink.full()) return;
     RowAssembly rows(plan_, sink);
     ImportEvents events(rows, survey_);
-    // In parallel, the rows are assembled and written on a worker while this thread parses; the
-    // rows written so far are published after each batch for the progress shown here.
+    // In parallel the sink counts rows on the worker: they are published after each batch for the
+    // progress shown on this thread.
     std::atomic<std::uint64_t> rows_written = 0;
-    std::optional<parser::EventRelay> relay;
-    if (parallel_)
-        relay.emplace(events, input.source(), [&] { rows_written.store(sink.rows(), std::memory_order_relaxed); });
-    parser::PushParser push(input.source(), settings_,
-                            relay ? static_cast<parser::SaxHandler&>(*relay) : static_cast<parser::SaxHandler&>(events));
-    // The worker reads names the parser owns: it stops before the parser goes, whatever happens.
-    const struct StopFirst {
-        std::optional<parser::EventRelay>& relay;
-        ~StopFirst() {
-            if (relay) relay->stop();
-        }
-    } stop_first{relay};
-    const auto intern = [&push](std::string_view name) { return push.intern(name); };
-    rows.bind(intern);
-    if (survey_ != nullptr) survey_->bind(intern);
-    std::vector<char> buffer(InputDocument::kChunkBytes);
-    try {
-        bool more = !sink.full();
-        while (more) {
-            const std::size_t n = input.read(buffer.data(), buffer.size());
-            if (n == 0) {
-                push.finish();
-                break;
-            }
-            more = push.feed(buffer.data(), n);
-            if (progress != nullptr)
-                progress->update(input.input_bytes(), relay ? rows_written.load(std::memory_order_relaxed) : sink.rows());
-        }
-    } catch (...) {
-        // The events before a fault come first: the handler's own error, or its having stopped
-        // before the fault, is what a parse on one thread would have given.
-        if (relay && !relay->finish()) return;
-        throw;
-    }
-    if (relay) relay->finish();
+    EventPass pass;
+    pass.parallel = parallel_;
+    pass.bind = [&](const std::function<const char*(std::string_view)>& intern) {
+        rows.bind(intern);
+        if (survey_ != nullptr) survey_->bind(intern);
+    };
+    if (progress != nullptr)
+        pass.after_chunk = [&] {
+            progress->update(input.input_bytes(), parallel_ ? rows_written.load(std::memory_order_relaxed) : sink.rows());
+        };
+    pass.after_batch = [&] { rows_written.store(sink.rows(), std::memory_order_relaxed); };
+    pass.run(input, settings_, events);
     if (!sink.full()) rows.finish();
 }
 

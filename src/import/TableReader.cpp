@@ -171,7 +171,7 @@ void TableReader::survey(const io::xml::detection::options::DetectionOptions& op
     survey_settings.max_paths = settings_.max_survey_paths;
     if (settings_.detect_only) {
         ColumnSurvey survey(result_, *plan_, survey_settings);
-        survey.run(input_, parser_);
+        survey.run(input_, parser_, nullptr, settings_.parallel);
         take_survey(survey, true);
     } else if (settings_.restartable && input_.reopenable()) {
         // Most documents have no late column: the one import pass looks for them, and is run again
@@ -181,7 +181,7 @@ void TableReader::survey(const io::xml::detection::options::DetectionOptions& op
         // With --head the columns are those of the rows written.
         survey_settings.max_rows = settings_.head;
         ColumnSurvey survey(result_, *plan_, survey_settings);
-        survey.run(*again, parser_, settings_.survey_progress);
+        survey.run(*again, parser_, settings_.survey_progress, settings_.parallel);
         if (settings_.survey_progress) settings_.survey_progress->restart();
         take_survey(survey, !settings_.head);
     } else {
