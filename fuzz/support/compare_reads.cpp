@@ -26,13 +26,14 @@ struct Outcome {
 };
 
 Outcome read_as(const MemoryFile& input_file, const vxArray* hints, import::ReadSettings::Mode mode,
-                std::uint64_t sample_bytes) {
+                std::uint64_t sample_bytes, bool parallel = false) {
     Outcome outcome;
     try {
         import::InputDocument input(input_file.path());
         import::ReadSettings settings;
         settings.mode = mode;
         settings.sample_bytes = sample_bytes;
+        settings.parallel = parallel;
         import::TableReader reader(input, hints, settings);
         MemoryFile output;
         import::OutputStream out(output.fd(), "<memory>");
@@ -63,16 +64,20 @@ void require_same_reads(std::string_view document, const vxArray* hints) {
     const Outcome tree = read_as(input, hints, import::ReadSettings::Mode::Tree, whole);
     const Outcome stream = read_as(input, hints, import::ReadSettings::Mode::Stream, whole);
     const Outcome cut = read_as(input, hints, import::ReadSettings::Mode::Stream, document.size() / 2 + 1);
+    // Parsing on one thread and importing on another changes nothing, faults included.
+    const Outcome cut_parallel =
+        read_as(input, hints, import::ReadSettings::Mode::Stream, document.size() / 2 + 1, true);
     const char* internal = "TOLVEN:io:xml:common:Internal";
     static const bool verbose = std::getenv("TOLVEN_FUZZ_VERBOSE") != nullptr;
     if (verbose) {
         print("tree", tree);
         print("stream", stream);
     }
-    if (tree == stream && tree.error != internal && cut.error != internal) return;
+    if (tree == stream && cut == cut_parallel && tree.error != internal && cut.error != internal) return;
     print("tree", tree);
     print("stream", stream);
     print("stream from half the document", cut);
+    print("the same on two threads", cut_parallel);
     std::abort();
 }
 

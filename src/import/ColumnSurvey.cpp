@@ -65,7 +65,7 @@ void ColumnSurvey::run(InputDocument& input, const parser::ParserSettings& setti
     EventPass pass;
     pass.parallel = parallel;
     pass.bind = [this](const std::function<const char*(std::string_view)>& intern) { bind(intern); };
-    if (progress != nullptr) pass.after_chunk = [&] { progress->update(input.input_bytes(), 0); };
+    if (progress != nullptr) pass.after_chunk = [progress](std::uint64_t input_bytes) { progress->update(input_bytes, 0); };
     pass.run(input, settings, *this);
 }
 

@@ -3,6 +3,7 @@
 #include <optional>
 #include <vector>
 
+#include "import/ReadAhead.hpp"
 #include "xml/parser/EventRelay.hpp"
 #include "xml/parser/PushParser.hpp"
 
@@ -22,17 +23,21 @@ bool EventPass::run(InputDocument& input, const parser::ParserSettings& settings
         }
     } stop_first{relay};
     if (bind) bind([&push](std::string_view name) { return push.intern(name); });
-    std::vector<char> buffer(InputDocument::kChunkBytes);
+    // A compressed input is decompressed ahead on a thread of its own while this one parses.
+    std::optional<ReadAhead> ahead;
+    if (parallel && !input.compression().empty()) ahead.emplace(input);
+    std::vector<char> buffer(ahead ? 0 : InputDocument::kChunkBytes);
     bool more = true;
     try {
         while (more) {
-            const std::size_t n = input.read(buffer.data(), buffer.size());
-            if (n == 0) {
+            const std::string_view chunk =
+                ahead ? ahead->next() : std::string_view(buffer.data(), input.read(buffer.data(), buffer.size()));
+            if (chunk.empty()) {
                 push.finish();
                 break;
             }
-            more = push.feed(buffer.data(), n);
-            if (after_chunk) after_chunk();
+            more = push.feed(chunk.data(), chunk.size());
+            if (after_chunk) after_chunk(ahead ? ahead->input_bytes() : input.input_bytes());
         }
     } catch (...) {
         // The events before a fault come first: the handler's own error, or its having stopped

@@ -392,8 +392,8 @@ void StreamingImporter::run(InputDocument& input, RowSink& sink, Progress* progr
         if (survey_ != nullptr) survey_->bind(intern);
     };
     if (progress != nullptr)
-        pass.after_chunk = [&] {
-            progress->update(input.input_bytes(), parallel_ ? rows_written.load(std::memory_order_relaxed) : sink.rows());
+        pass.after_chunk = [&](std::uint64_t input_bytes) {
+            progress->update(input_bytes, parallel_ ? rows_written.load(std::memory_order_relaxed) : sink.rows());
         };
     pass.after_batch = [&] { rows_written.store(sink.rows(), std::memory_order_relaxed); };
     pass.run(input, settings_, events);
