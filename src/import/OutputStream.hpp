@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+#include "host/copy_bytes.hpp"
+
 namespace tolven::import {
 
 class OutputStream {
@@ -54,31 +56,8 @@ public:
     // OutputNotWritable.
     void rewind();
 
-    // memcpy without a call for the short pieces most fields are: two copies of a fixed size that
-    // overlap cover every length up to twice that size, reading and writing only the piece's bytes.
-    // GCC 12 warns of the branches for other sizes where a literal of known size is inlined, though
-    // they are never taken for it.
-#if defined(__GNUC__) && !defined(__clang__)
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Warray-bounds"
-#pragma GCC diagnostic ignored "-Wstringop-overread"
-#endif
-    static void copy(char* to, const char* from, std::size_t n) noexcept {
-        if (n >= 8 && n <= 16) {
-            std::memcpy(to, from, 8);
-            std::memcpy(to + n - 8, from + n - 8, 8);
-        } else if (n >= 4 && n < 8) {
-            std::memcpy(to, from, 4);
-            std::memcpy(to + n - 4, from + n - 4, 4);
-        } else if (n < 4) {
-            for (std::size_t i = 0; i < n; ++i) to[i] = from[i];
-        } else {
-            std::memcpy(to, from, n);
-        }
-    }
-#if defined(__GNUC__) && !defined(__clang__)
-#pragma GCC diagnostic pop
-#endif
+    // memcpy without a call for the short pieces most fields are.
+    static void copy(char* to, const char* from, std::size_t n) noexcept { fl::bytes::copy(to, from, n); }
 
 private:
     static constexpr std::size_t kSize = std::size_t{1} << 20;

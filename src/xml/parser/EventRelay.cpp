@@ -6,6 +6,7 @@
 #include <new>
 #include <utility>
 
+#include "host/copy_bytes.hpp"
 #include "host/except/Exception.hpp"
 #include "xml/errors.hpp"
 
@@ -102,7 +103,7 @@ bool EventRelay::start_element(const ElementEvent& element) {
         at += 3 * sizeof(const xmlChar*);
         const auto length = static_cast<std::uint64_t>(a[4] - a[3]);
         at = write(at, length);
-        std::memcpy(at, a[3], length);
+        fl::bytes::copy(at, a[3], length);
         at += length;
     }
     return recorded();
@@ -122,13 +123,13 @@ bool EventRelay::text(std::string_view text) {
         std::memcpy(&size, batch.bytes.data() + batch.last_text + 1, sizeof size);
         size += text.size();
         std::memcpy(batch.bytes.data() + batch.last_text + 1, &size, sizeof size);
-        std::memcpy(room(text.size()), text.data(), text.size());
+        fl::bytes::copy(room(text.size()), text.data(), text.size());
     } else {
         const std::size_t start = batch.used;
         unsigned char* at = room(1 + sizeof(std::uint64_t) + text.size());
         at = write(at, kText);
         at = write(at, static_cast<std::uint64_t>(text.size()));
-        std::memcpy(at, text.data(), text.size());
+        fl::bytes::copy(at, text.data(), text.size());
         batch.last_text = start;
     }
     return recorded();
@@ -137,6 +138,7 @@ bool EventRelay::text(std::string_view text) {
 void EventRelay::hand_over(bool force) {
     if ((current_->used < kBatchBytes && !force) || current_->used == 0) return;
     std::unique_lock lock(mutex_);
+    going_ = !stopped_.load(std::memory_order_relaxed);
     full_.push_back(std::move(current_));
     changed_.notify_all();
     if (spare_.empty() && batches_ < kMostBatches) {

@@ -67,11 +67,13 @@ private:
         return at;
     }
     void grow(std::size_t size);
-    // After an event: hands the batch over when full; false once the handler stopped.
+    // After an event: hands the batch over when full; false once the handler stopped. The stop is
+    // looked at when a batch is handed over, not per event: a line the worker writes is not read here
+    // on every event, and the parse runs on one batch at most past it.
     bool recorded() {
         if (current_->used >= kBatchBytes) [[unlikely]]
             hand_over(false);
-        return !stopped_.load(std::memory_order_relaxed);
+        return going_;
     }
     // Hands the current batch to the worker once it is full enough (or at once with force).
     void hand_over(bool force);
@@ -83,6 +85,7 @@ private:
     std::string source_;
     std::function<void()> after_batch_;
     std::unique_ptr<Batch> current_;
+    bool going_ = true;  // the handler had not stopped when the last batch was handed over
 
     std::mutex mutex_;
     std::condition_variable changed_;

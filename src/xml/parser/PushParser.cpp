@@ -223,7 +223,8 @@ void PushParser::halt(xmlParserCtxt* context) {
 
 void PushParser::fail(xmlParserCtxt* context, std::string message, bool at_text_start) {
     if (!limit_)
-        limit_ = at_text_start ? Failure{text_line_, text_column_, std::move(message)} : located(std::move(message));
+        limit_ = at_text_start ? Failure{static_cast<int>(text_line_), static_cast<int>(text_column_), std::move(message)}
+                               : located(std::move(message));
     halt(context);
 }
 

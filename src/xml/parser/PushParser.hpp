@@ -92,8 +92,10 @@ private:
 
     std::size_t depth_ = 0;       // elements open
     std::uint64_t text_run_ = 0;  // bytes of character data since the last tag
-    int text_line_ = 1;           // where that character data starts
-    int text_column_ = 1;
+    // Where that character data starts. Wider than libxml2's two ints, so that they are read as two
+    // loads: one load of both stalls on libxml2's two recent stores to them, on every tag.
+    long text_line_ = 1;
+    long text_column_ = 1;
     // Entity expansion: what references in the content have been charged, what the content of
     // entities has produced, and what each entity produced the first time it was expanded.
     std::uint64_t expanded_ = 0;
