@@ -16,9 +16,11 @@ namespace tolven::io::xml::common::parser {
 //  - No DTD is loaded or validated (no DTDLOAD, DTDATTR, DTDVALID).
 //  - CDATA sections stay CDATA (no NOCDATA) and blanks stay as they are (no NOBLANKS).
 //  - BIG_LINES keeps line numbers past 65535 exact.
+//  - COMPACT keeps short text inside its node in a tree, one allocation fewer per text node; no
+//    tree is changed once parsed, which COMPACT requires.
 //  - HUGE is left out on purpose: in this libxml2 it also switches off the guard against entity
 //    expansion bombs. Only an explicit --huge adds it (see options()).
-constexpr int kParseOptions = XML_PARSE_NOENT | XML_PARSE_NONET | XML_PARSE_BIG_LINES;
+constexpr int kParseOptions = XML_PARSE_NOENT | XML_PARSE_NONET | XML_PARSE_BIG_LINES | XML_PARSE_COMPACT;
 
 struct ParserSettings {
     // The user vouches for the document: deeper nesting and longer text nodes are allowed and
