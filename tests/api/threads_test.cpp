@@ -3,6 +3,8 @@
 
 #include <tolven/xml.hpp>
 
+#include <zlib.h>
+
 #include <thread>
 
 #include "api/support/collect.hpp"
@@ -28,6 +30,21 @@ std::string generated_document() {
                ":00</d></m:row>";
     }
     return xml + "</export>";
+}
+
+// xml in gzip's format.
+std::string gzipped(const std::string& xml) {
+    z_stream z{};
+    deflateInit2(&z, Z_DEFAULT_COMPRESSION, Z_DEFLATED, 15 + 16, 8, Z_DEFAULT_STRATEGY);
+    std::string out(deflateBound(&z, xml.size()), '\0');
+    z.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(xml.data()));
+    z.avail_in = static_cast<uInt>(xml.size());
+    z.next_out = reinterpret_cast<Bytef*>(out.data());
+    z.avail_out = static_cast<uInt>(out.size());
+    deflate(&z, Z_FINISH);
+    out.resize(z.total_out);
+    deflateEnd(&z);
+    return out;
 }
 
 std::string run(const Job& job) {
@@ -71,6 +88,9 @@ TEST(Threads, DetectionsAndImportsOnSeveralThreadsMatchASequentialRun) {
     parallel.parallel = true;
     jobs.push_back({tx::Source::memory(big, "big"), german, parallel});
     jobs.push_back({tx::Source::memory(cut, "cut"), german, parallel});
+    // Compressed, it is also inflated ahead on a third thread.
+    const std::string packed = gzipped(big);
+    jobs.push_back({tx::Source::memory(packed, "big.gz"), german, parallel});
 
     std::vector<std::string> expected;
     for (const auto& job : jobs) expected.push_back(run(job));
@@ -92,6 +112,7 @@ TEST(Threads, DetectionsAndImportsOnSeveralThreadsMatchASequentialRun) {
     EXPECT_NE(expected[8].find("MalformedDocument"), std::string::npos) << expected[8];
     EXPECT_EQ(expected[9], expected[6]);
     EXPECT_EQ(expected[10], expected[8]);
+    EXPECT_EQ(expected[11], expected[9]);
 }
 
 }  // namespace
