@@ -146,15 +146,10 @@ bool ColumnSurvey::end_element() {
 
 void ColumnSurvey::gather(Frame& frame, std::string_view text) {
     // Samples are classified trimmed: blanks that start a run need not be kept, and most runs
-    // between the tags of a row are nothing else. Blank are ' ', '\t', '\n' and '\r'.
+    // between the tags of a row are nothing else.
     if (frame.run.empty()) {
-        constexpr std::uint64_t kBlanks = (1ull << ' ') | (1ull << '\t') | (1ull << '\n') | (1ull << '\r');
         std::size_t start = 0;
-        while (start < text.size()) {
-            const auto c = static_cast<unsigned char>(text[start]);
-            if (c > ' ' || ((kBlanks >> c) & 1) == 0) break;
-            ++start;
-        }
+        while (start < text.size() && io::text::textio::blank(text[start])) ++start;
         if (start == text.size()) return;
         text.remove_prefix(start);
     }

@@ -62,12 +62,6 @@ void PathTracker::bind(const std::function<const char*(std::string_view)>& inter
     bound_ = true;
 }
 
-std::size_t PathTracker::slot(const char* name, std::size_t size) {
-    // Interned names are distinct addresses; the multiplication spreads their low bits.
-    return static_cast<std::size_t>((reinterpret_cast<std::uintptr_t>(name) >> 3) * 0x9E3779B97F4A7C15ull >> 32) &
-           (size - 1);
-}
-
 bool PathTracker::passes(const Node& node, const char* uri, const char* local) const {
     if (!bound_) return node.step->name.matches(uri, local);
     // The local name was matched by the index; a qualified name also needs its namespace.

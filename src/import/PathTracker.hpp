@@ -46,6 +46,13 @@ public:
     // True when some pattern can still match below the element open at depth.
     bool alive_below(std::size_t depth) const { return frontier_ > depth; }
     std::size_t size() const noexcept { return size_; }
+    // Where an interned name starts its probe in an open-addressing table of size slots (a power of
+    // two).
+    static std::size_t slot(const char* name, std::size_t size) noexcept {
+        // Interned names are distinct addresses; the multiplication spreads their low bits.
+        return static_cast<std::size_t>((reinterpret_cast<std::uintptr_t>(name) >> 3) * 0x9E3779B97F4A7C15ull >> 32) &
+               (size - 1);
+    }
 
 private:
     using Index = std::uint32_t;
@@ -69,7 +76,6 @@ private:
 
     const std::vector<std::size_t>& open_matching(std::size_t depth, const char* uri, const char* local);
     bool passes(const Node& node, const char* uri, const char* local) const;
-    static std::size_t slot(const char* name, std::size_t size);
     bool has_children(const std::vector<Index>& level) const;
     void enter(Index node);
     void try_children(const std::vector<Index>& children, std::vector<Index>& next, const char* uri, const char* local);

@@ -213,11 +213,7 @@ private:
         }
     }
 
-    std::size_t child_slot(const char* local) const noexcept {
-        // Interned names are distinct addresses; the multiplication spreads their low bits.
-        return static_cast<std::size_t>((reinterpret_cast<std::uintptr_t>(local) >> 3) * 0x9E3779B97F4A7C15ull >> 32) &
-               (child_slots_.size() - 1);
-    }
+    std::size_t child_slot(const char* local) const noexcept { return PathTracker::slot(local, child_slots_.size()); }
 
     // A child of the row opens: one probe finds the columns it holds values of.
     void open_child(const ElementEvent& element, std::size_t depth) {
