@@ -94,7 +94,7 @@ private:
     std::size_t batches_ = 0;                    // made so far; bounded
     bool busy_ = false;                          // the worker is replaying a batch
     bool quit_ = false;
-    std::atomic<bool> stopped_ = false;          // the handler stopped or threw; read by the parser unlocked
+    std::atomic<bool> stopped_ = false;          // the handler stopped or threw; set by the worker
     std::exception_ptr failure_;
     std::vector<const xmlChar*> scratch_;  // the worker's attribute and namespace pointers
     std::thread worker_;
