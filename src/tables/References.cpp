@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <set>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "tables/node_text.hpp"
@@ -15,8 +16,6 @@ namespace {
 constexpr std::size_t kMaxLookupRows = 500;
 // Values longer than this are text, not codes.
 constexpr std::size_t kMaxKey = 64;
-
-using Mentions = std::unordered_map<std::string_view, std::size_t>;
 
 std::string_view code(std::string_view text) {
     constexpr std::string_view blank = " \t\n\r";
@@ -38,24 +37,27 @@ std::string_view attribute_value(const xmlAttr* a) {
     return reinterpret_cast<const char*>(a->children->content);
 }
 
-// Counts each element's name, attribute values and leaf text below and including node.
-void count(const xmlNode* node, Mentions& into) {
-    into[reinterpret_cast<const char*>(node->name)]++;
+// Calls mention(v) for each element's name, attribute value and leaf text below and including node,
+// leaving out the subtrees of the elements in skipped.
+template <class Mention>
+void visit(const xmlNode* node, const std::unordered_set<const xmlNode*>& skipped, Mention& mention) {
+    if (skipped.contains(node)) return;
+    mention(std::string_view(reinterpret_cast<const char*>(node->name)));
     for (const xmlAttr* a = node->properties; a != nullptr; a = a->next)
-        if (const auto v = code(attribute_value(a)); !v.empty() && !numeric(v)) into[v]++;
+        if (const auto v = code(attribute_value(a)); !v.empty() && !numeric(v)) mention(v);
     bool leaf = true;
     for (const xmlNode* c = node->children; c != nullptr; c = c->next)
         if (c->type == XML_ELEMENT_NODE) {
             leaf = false;
-            count(c, into);
+            visit(c, skipped, mention);
         }
     if (leaf)
-        if (const auto v = code(first_text(node)); !v.empty() && !numeric(v)) into[v]++;
+        if (const auto v = code(first_text(node)); !v.empty() && !numeric(v)) mention(v);
 }
 
 }  // namespace
 
-bool References::looked_up(const std::vector<const xmlNode*>& rows) {
+bool References::looked_up(const std::vector<const xmlNode*>& rows) const {
     if (rows.size() < 2 || rows.size() > kMaxLookupRows) return false;
     // The keys a row could have: its attributes and its leaf children.
     std::vector<std::pair<const xmlChar*, bool>> keys;
@@ -101,20 +103,23 @@ bool References::looked_up(const std::vector<const xmlNode*>& rows) {
         if (!any) return false;
     }
 
-    Mentions inside;
+    // How often each key is named outside the rows. Only the keys are counted: most of a large
+    // document's values are none of them, and are only looked up.
+    std::unordered_map<std::string_view, std::size_t> outside;
+    for (std::size_t k = 0; k < keys.size(); ++k)
+        if (usable[k])
+            for (const std::string_view v : values[k]) outside.try_emplace(v);
+    auto mention = [&](std::string_view v) {
+        if (const auto c = outside.find(v); c != outside.end()) ++c->second;
+    };
+    visit(root_, std::unordered_set<const xmlNode*>(rows.begin(), rows.end()), mention);
     for (std::size_t k = 0; k < keys.size(); ++k) {
         if (!usable[k]) continue;
-        if (!counted_) {
-            count(root_, mentions_);
-            counted_ = true;
-        }
-        if (inside.empty())
-            for (const xmlNode* row : rows) count(row, inside);
         std::size_t named = 0, mentions = 0;
         for (const std::string_view v : values[k]) {
-            const std::size_t outside = mentions_[v] - inside[v];
-            named += outside > 0 ? 1 : 0;
-            mentions += outside;
+            const std::size_t n = outside.at(v);
+            named += n > 0 ? 1 : 0;
+            mentions += n;
         }
         // Three mentions a key or more: many rows name each one. Tables of the same records kept
         // side by side (definitions, results, entries) name each other's keys once or twice.

@@ -6,7 +6,6 @@
 
 #include <cstddef>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 namespace tolven::tables {
@@ -17,13 +16,10 @@ public:
 
     // True when rows are a short list whose keys (an attribute or a field each row has once, no two
     // rows alike, not numbers or dates) the rest of the document names, each named key three times or more on average.
-    bool looked_up(const std::vector<const xmlNode*>& rows);
+    bool looked_up(const std::vector<const xmlNode*>& rows) const;
 
 private:
     const xmlNode* root_;
-    // How often each attribute value, leaf text and element name occurs in the document.
-    std::unordered_map<std::string_view, std::size_t> mentions_;
-    bool counted_ = false;
 };
 
 }  // namespace tolven::tables

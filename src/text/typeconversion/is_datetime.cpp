@@ -8,9 +8,12 @@
 namespace tolven::io::text::typeconversion {
 
 bool is_datetime(const textio::Field& field, const std::u16string& locale) {
-    // Every date form holds digits (day and year), so words are turned away without the locale's data.
+    // Every date form holds a four-digit year and a day, so text with fewer than five digits ("w1",
+    // "3.5", words) is turned away without trying the locale's patterns.
+    constexpr std::ptrdiff_t kFewestDigits = 5;
     const std::u16string_view text = field.text();
-    if (std::none_of(text.begin(), text.end(), [](char16_t c) { return c >= u'0' && c <= u'9'; })) return false;
+    if (std::count_if(text.begin(), text.end(), [](char16_t c) { return c >= u'0' && c <= u'9'; }) < kFewestDigits)
+        return false;
     return parse_datetime(text, LocaleDateData::get(locale)).has_value();
 }
 
