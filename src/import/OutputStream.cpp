@@ -13,11 +13,18 @@ namespace tolven::import {
 OutputStream::OutputStream(int fd, std::string name)
     : fd_(fd), name_(std::move(name)), buffer_(std::make_unique_for_overwrite<char[]>(kSize)) {
     struct stat status {};
-    if (::fstat(fd_, &status) == 0 && S_ISREG(status.st_mode)) start_ = ::lseek(fd_, 0, SEEK_CUR);
+    if (::fstat(fd_, &status) != 0) return;
+    if (S_ISREG(status.st_mode)) start_ = ::lseek(fd_, 0, SEEK_CUR);
+    // What goes to the null device is gone for everyone: there is nothing to take back, so a write
+    // there can always be started over.
+    struct stat null {};
+    discards_ = S_ISCHR(status.st_mode) && ::stat("/dev/null", &null) == 0 && S_ISCHR(null.st_mode) &&
+                status.st_rdev == null.st_rdev;
 }
 
 void OutputStream::rewind() {
     used_ = 0;
+    if (discards_) return;
     if (::ftruncate(fd_, start_) != 0 || ::lseek(fd_, start_, SEEK_SET) != start_)
         vxErrMsgId(TOLVEN::import::OutputNotWritable(name_, std::string(std::strerror(errno))));
 }

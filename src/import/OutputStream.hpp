@@ -50,8 +50,9 @@ public:
     }
     // Writes everything buffered. Raises "TOLVEN:import:OutputNotWritable" (name, reason) on failure.
     void flush();
-    // True when what was written can be taken back: the descriptor is a regular file.
-    bool rewindable() const noexcept { return start_ >= 0; }
+    // True when what was written can be taken back: the descriptor is a regular file, or the null
+    // device.
+    bool rewindable() const noexcept { return start_ >= 0 || discards_; }
     // Drops the buffer and cuts the file back to where this stream started writing. Raises
     // OutputNotWritable.
     void rewind();
@@ -67,6 +68,7 @@ private:
     int fd_;
     std::string name_;
     long long start_ = -1;  // the file's offset when the stream began; -1 when not a regular file
+    bool discards_ = false;  // the null device
     std::unique_ptr<char[]> buffer_;
     std::size_t used_ = 0;
 };
