@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <limits>
 #include <new>
 #include <utility>
 
@@ -17,7 +18,15 @@ namespace {
 // Batches in flight at most: the parser waits when it is this far ahead.
 constexpr std::size_t kMostBatches = 4;
 
-enum Tag : unsigned char { kStart, kEnd, kText };
+// A record's first byte: its kind in the low two bits and, for a start, which of its optional parts
+// follow. An element with no namespace, no prefix, no attributes and no declarations (most of them)
+// is then nine bytes: the tag and its name.
+enum Tag : unsigned char { kEnd = 0, kText = 1, kStart = 2 };
+constexpr unsigned char kKind = 3;
+constexpr unsigned char kHasUri = 4;
+constexpr unsigned char kHasPrefix = 8;
+constexpr unsigned char kHasLists = 16;  // attributes or namespace declarations
+using TextSize = std::uint32_t;
 
 // Reads the records of a batch in order.
 class Reader {
@@ -82,17 +91,28 @@ bool EventRelay::start_element(const ElementEvent& element) {
     current_->last_text = kNoText;
     const auto namespaces = static_cast<std::size_t>(element.namespace_count);
     const auto attributes = static_cast<std::size_t>(element.attribute_count);
+    const bool lists = namespaces > 0 || attributes > 0;
+    const unsigned char tag = kStart | (element.uri != nullptr ? kHasUri : 0) |
+                              (element.prefix != nullptr ? kHasPrefix : 0) | (lists ? kHasLists : 0);
+    if (!lists && element.uri == nullptr && element.prefix == nullptr) {
+        unsigned char* at = room(1 + sizeof(const char*));
+        at = write(at, tag);
+        write(at, element.local);
+        return recorded();
+    }
     std::size_t size = 1 + 3 * sizeof(const char*) + 2 * sizeof(int) + 2 * namespaces * sizeof(const xmlChar*) +
                        attributes * (3 * sizeof(const xmlChar*) + sizeof(std::uint64_t));
     for (std::size_t i = 0; i < attributes; ++i)
         size += static_cast<std::size_t>(element.attributes[5 * i + 4] - element.attributes[5 * i + 3]);
     unsigned char* at = room(size);
-    at = write(at, kStart);
+    at = write(at, tag);
     at = write(at, element.local);
-    at = write(at, element.uri);
-    at = write(at, element.prefix);
-    at = write(at, element.attribute_count);
-    at = write(at, element.namespace_count);
+    if (element.uri != nullptr) at = write(at, element.uri);
+    if (element.prefix != nullptr) at = write(at, element.prefix);
+    if (lists) {
+        at = write(at, element.attribute_count);
+        at = write(at, element.namespace_count);
+    }
     if (namespaces > 0) {
         std::memcpy(at, element.namespaces, 2 * namespaces * sizeof(const xmlChar*));
         at += 2 * namespaces * sizeof(const xmlChar*);
@@ -106,32 +126,39 @@ bool EventRelay::start_element(const ElementEvent& element) {
         fl::bytes::copy(at, a[3], length);
         at += length;
     }
+    // What was reserved and not needed (the absent name pointers) is given back.
+    current_->used -= static_cast<std::size_t>(current_->bytes.data() + current_->used - at);
     return recorded();
 }
 
 bool EventRelay::end_element() {
     current_->last_text = kNoText;
-    write(room(1), kEnd);
+    write(room(1), static_cast<unsigned char>(kEnd));
     return recorded();
 }
 
 bool EventRelay::text(std::string_view text) {
     Batch& batch = *current_;
+    // libxml2 hands a text over in one piece of at most 2 GiB.
+    const auto length = static_cast<TextSize>(text.size());
     if (batch.last_text != kNoText) {
-        // Text after text, with no tag between, is one piece to every handler: it is appended.
-        std::uint64_t size;
+        // Text after text, with no tag between, is one piece to the handler, while its size field
+        // holds the sum (and until the batch is handed over).
+        TextSize size;
         std::memcpy(&size, batch.bytes.data() + batch.last_text + 1, sizeof size);
-        size += text.size();
-        std::memcpy(batch.bytes.data() + batch.last_text + 1, &size, sizeof size);
-        fl::bytes::copy(room(text.size()), text.data(), text.size());
-    } else {
-        const std::size_t start = batch.used;
-        unsigned char* at = room(1 + sizeof(std::uint64_t) + text.size());
-        at = write(at, kText);
-        at = write(at, static_cast<std::uint64_t>(text.size()));
-        fl::bytes::copy(at, text.data(), text.size());
-        batch.last_text = start;
+        if (size <= std::numeric_limits<TextSize>::max() - length) {
+            size += length;
+            std::memcpy(batch.bytes.data() + batch.last_text + 1, &size, sizeof size);
+            fl::bytes::copy(room(text.size()), text.data(), text.size());
+            return recorded();
+        }
     }
+    const std::size_t start = batch.used;
+    unsigned char* at = room(1 + sizeof(TextSize) + text.size());
+    at = write(at, static_cast<unsigned char>(kText));
+    at = write(at, length);
+    fl::bytes::copy(at, text.data(), text.size());
+    batch.last_text = start;
     return recorded();
 }
 
@@ -215,14 +242,21 @@ void EventRelay::work() {
 bool EventRelay::replay(const Batch& batch) {
     Reader in(batch.bytes.data(), batch.used);
     while (!in.done()) {
-        switch (in.get<Tag>()) {
+        const auto tag = in.get<unsigned char>();
+        switch (tag & kKind) {
             case kStart: {
                 ElementEvent element{};
                 element.local = in.get<const char*>();
-                element.uri = in.get<const char*>();
-                element.prefix = in.get<const char*>();
-                element.attribute_count = in.get<int>();
-                element.namespace_count = in.get<int>();
+                if ((tag & (kHasUri | kHasPrefix | kHasLists)) == 0) {
+                    if (!handler_.start_element(element)) return false;
+                    break;
+                }
+                if ((tag & kHasUri) != 0) element.uri = in.get<const char*>();
+                if ((tag & kHasPrefix) != 0) element.prefix = in.get<const char*>();
+                if ((tag & kHasLists) != 0) {
+                    element.attribute_count = in.get<int>();
+                    element.namespace_count = in.get<int>();
+                }
                 scratch_.clear();
                 for (int i = 0; i < 2 * element.namespace_count; ++i) scratch_.push_back(in.get<const xmlChar*>());
                 for (int i = 0; i < element.attribute_count; ++i) {
@@ -241,7 +275,7 @@ bool EventRelay::replay(const Batch& batch) {
                 if (!handler_.end_element()) return false;
                 break;
             case kText: {
-                const auto size = in.get<std::uint64_t>();
+                const auto size = in.get<TextSize>();
                 const unsigned char* text = in.take(size);
                 if (!handler_.text(std::string_view(chars(text), size))) return false;
                 break;
