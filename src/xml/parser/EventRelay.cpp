@@ -54,8 +54,8 @@ private:
 }  // namespace
 
 EventRelay::EventRelay(SaxHandler& handler, std::string source, std::function<void()> after_batch)
-    : handler_(handler), source_(std::move(source)), after_batch_(std::move(after_batch)), current_(std::make_unique<Batch>()) {
-    current_->bytes.resize(kBatchBytes + 4096);
+    : handler_(handler), source_(std::move(source)), after_batch_(std::move(after_batch)) {
+    begin(std::make_unique<Batch>());
     batches_ = 1;
     worker_ = std::thread([this] { work(); });
 }
@@ -72,9 +72,27 @@ void EventRelay::stop() noexcept {
     if (worker_.joinable()) worker_.join();
 }
 
+void EventRelay::begin(std::unique_ptr<Batch> batch) {
+    current_ = std::move(batch);
+    // A batch that grew around a long text gives its memory back.
+    if (current_->bytes.size() > 8 * kBatchBytes) std::vector<unsigned char>().swap(current_->bytes);
+    // Room past the handing-over mark for the event that crosses it.
+    if (current_->bytes.size() < kBatchBytes + 4096) current_->bytes.resize(kBatchBytes + 4096);
+    at_ = current_->bytes.data();
+    end_ = at_ + current_->bytes.size();
+    full_at_ = at_ + kBatchBytes;
+    last_text_ = nullptr;
+}
+
 void EventRelay::grow(std::size_t size) {
-    Batch& batch = *current_;
-    batch.bytes.resize(std::max(2 * batch.bytes.size(), batch.used + size));
+    std::vector<unsigned char>& bytes = current_->bytes;
+    const auto used = static_cast<std::size_t>(at_ - bytes.data());
+    const std::ptrdiff_t last_text = last_text_ != nullptr ? last_text_ - bytes.data() : -1;
+    bytes.resize(std::max(2 * bytes.size(), used + size));
+    at_ = bytes.data() + used;
+    end_ = bytes.data() + bytes.size();
+    full_at_ = bytes.data() + kBatchBytes;
+    last_text_ = last_text >= 0 ? bytes.data() + last_text : nullptr;
 }
 
 namespace {
@@ -88,18 +106,22 @@ unsigned char* write(unsigned char* at, const T& value) {
 }  // namespace
 
 bool EventRelay::start_element(const ElementEvent& element) {
-    current_->last_text = kNoText;
+    last_text_ = nullptr;
+    if (element.uri != nullptr || element.prefix != nullptr || element.attribute_count > 0 ||
+        element.namespace_count > 0) [[unlikely]]
+        return start_with_parts(element);
+    unsigned char* at = room(1 + sizeof(const char*));
+    at = write(at, static_cast<unsigned char>(kStart));
+    write(at, element.local);
+    return recorded();
+}
+
+bool EventRelay::start_with_parts(const ElementEvent& element) {
     const auto namespaces = static_cast<std::size_t>(element.namespace_count);
     const auto attributes = static_cast<std::size_t>(element.attribute_count);
     const bool lists = namespaces > 0 || attributes > 0;
     const unsigned char tag = kStart | (element.uri != nullptr ? kHasUri : 0) |
                               (element.prefix != nullptr ? kHasPrefix : 0) | (lists ? kHasLists : 0);
-    if (!lists && element.uri == nullptr && element.prefix == nullptr) {
-        unsigned char* at = room(1 + sizeof(const char*));
-        at = write(at, tag);
-        write(at, element.local);
-        return recorded();
-    }
     std::size_t size = 1 + 3 * sizeof(const char*) + 2 * sizeof(int) + 2 * namespaces * sizeof(const xmlChar*) +
                        attributes * (3 * sizeof(const xmlChar*) + sizeof(std::uint64_t));
     for (std::size_t i = 0; i < attributes; ++i)
@@ -127,43 +149,49 @@ bool EventRelay::start_element(const ElementEvent& element) {
         at += length;
     }
     // What was reserved and not needed (the absent name pointers) is given back.
-    current_->used -= static_cast<std::size_t>(current_->bytes.data() + current_->used - at);
+    at_ = at;
     return recorded();
 }
 
 bool EventRelay::end_element() {
-    current_->last_text = kNoText;
+    last_text_ = nullptr;
     write(room(1), static_cast<unsigned char>(kEnd));
     return recorded();
 }
 
 bool EventRelay::text(std::string_view text) {
-    Batch& batch = *current_;
+    if (last_text_ != nullptr) [[unlikely]]
+        return append_text(text);
     // libxml2 hands a text over in one piece of at most 2 GiB.
     const auto length = static_cast<TextSize>(text.size());
-    if (batch.last_text != kNoText) {
-        // Text after text, with no tag between, is one piece to the handler, while its size field
-        // holds the sum (and until the batch is handed over).
-        TextSize size;
-        std::memcpy(&size, batch.bytes.data() + batch.last_text + 1, sizeof size);
-        if (size <= std::numeric_limits<TextSize>::max() - length) {
-            size += length;
-            std::memcpy(batch.bytes.data() + batch.last_text + 1, &size, sizeof size);
-            fl::bytes::copy(room(text.size()), text.data(), text.size());
-            return recorded();
-        }
-    }
-    const std::size_t start = batch.used;
     unsigned char* at = room(1 + sizeof(TextSize) + text.size());
+    last_text_ = at;
     at = write(at, static_cast<unsigned char>(kText));
     at = write(at, length);
     fl::bytes::copy(at, text.data(), text.size());
-    batch.last_text = start;
+    return recorded();
+}
+
+bool EventRelay::append_text(std::string_view text) {
+    // Text after text, with no tag between, is one piece to the handler, while its size field holds
+    // the sum (and until the batch is handed over).
+    const auto length = static_cast<TextSize>(text.size());
+    TextSize size;
+    std::memcpy(&size, last_text_ + 1, sizeof size);
+    if (size > std::numeric_limits<TextSize>::max() - length) {
+        last_text_ = nullptr;
+        return this->text(text);
+    }
+    size += length;
+    std::memcpy(last_text_ + 1, &size, sizeof size);
+    fl::bytes::copy(room(text.size()), text.data(), text.size());
     return recorded();
 }
 
 void EventRelay::hand_over(bool force) {
-    if ((current_->used < kBatchBytes && !force) || current_->used == 0) return;
+    const auto used = static_cast<std::size_t>(at_ - current_->bytes.data());
+    if ((used < kBatchBytes && !force) || used == 0) return;
+    current_->used = used;
     std::unique_lock lock(mutex_);
     going_ = !stopped_.load(std::memory_order_relaxed);
     full_.push_back(std::move(current_));
@@ -171,25 +199,19 @@ void EventRelay::hand_over(bool force) {
     if (spare_.empty() && batches_ < kMostBatches) {
         ++batches_;
         lock.unlock();
-        current_ = std::make_unique<Batch>();
-        current_->bytes.resize(kBatchBytes + 4096);
+        begin(std::make_unique<Batch>());
         return;
     }
     changed_.wait(lock, [this] { return !spare_.empty() || quit_; });
     if (spare_.empty()) {
-        current_ = std::make_unique<Batch>();
+        lock.unlock();
+        begin(std::make_unique<Batch>());
         return;
     }
-    current_ = std::move(spare_.back());
+    std::unique_ptr<Batch> spare = std::move(spare_.back());
     spare_.pop_back();
     lock.unlock();
-    current_->used = 0;
-    current_->last_text = kNoText;
-    // A batch that grew around a long text gives its memory back.
-    if (current_->bytes.size() > 8 * kBatchBytes) {
-        std::vector<unsigned char>().swap(current_->bytes);
-        current_->bytes.resize(kBatchBytes + 4096);
-    }
+    begin(std::move(spare));
 }
 
 bool EventRelay::finish() {

@@ -49,32 +49,36 @@ public:
 private:
     struct Batch {
         std::vector<unsigned char> bytes;  // the first used hold the records
-        std::size_t used = 0;
-        std::size_t last_text = kNoText;  // where the last record starts when it is text
+        std::size_t used = 0;              // set when the batch is handed over
     };
-    static constexpr std::size_t kNoText = static_cast<std::size_t>(-1);
     // A batch is handed over once it holds this much: large enough that handing over costs little
     // beside replaying, small enough that the two threads start working together early.
     static constexpr std::size_t kBatchBytes = std::size_t{128} << 10;
 
-    // size bytes more at the end of the current batch, to be written. Inline: several per event.
+    // size bytes more at the end of the current batch, to be written. Inline: one or two per event,
+    // and the parsing thread is what a parallel read waits for.
     unsigned char* room(std::size_t size) {
-        Batch& batch = *current_;
-        if (batch.used + size > batch.bytes.size()) [[unlikely]]
+        if (static_cast<std::size_t>(end_ - at_) < size) [[unlikely]]
             grow(size);
-        unsigned char* at = batch.bytes.data() + batch.used;
-        batch.used += size;
+        unsigned char* at = at_;
+        at_ += size;
         return at;
     }
     void grow(std::size_t size);
+    // Writing starts on an empty batch.
+    void begin(std::unique_ptr<Batch> batch);
     // After an event: hands the batch over when full; false once the handler stopped. The stop is
     // looked at when a batch is handed over, not per event: a line the worker writes is not read here
     // on every event, and the parse runs on one batch at most past it.
     bool recorded() {
-        if (current_->used >= kBatchBytes) [[unlikely]]
+        if (at_ >= full_at_) [[unlikely]]
             hand_over(false);
         return going_;
     }
+    // A text right after a text: appended to it when its size field holds the sum.
+    bool append_text(std::string_view text);
+    // The start of an element with a namespace, a prefix, attributes or declarations.
+    bool start_with_parts(const ElementEvent& element);
     // Hands the current batch to the worker once it is full enough (or at once with force).
     void hand_over(bool force);
     void work();
@@ -84,7 +88,13 @@ private:
     SaxHandler& handler_;
     std::string source_;
     std::function<void()> after_batch_;
+    // The batch being written, where its next record goes, where its storage ends, where it is full
+    // enough to hand over, and its last record when that is a text.
     std::unique_ptr<Batch> current_;
+    unsigned char* at_ = nullptr;
+    unsigned char* end_ = nullptr;
+    unsigned char* full_at_ = nullptr;
+    unsigned char* last_text_ = nullptr;
     bool going_ = true;  // the handler had not stopped when the last batch was handed over
 
     std::mutex mutex_;
