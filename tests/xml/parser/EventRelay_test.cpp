@@ -35,10 +35,16 @@ std::string events(const std::string& xml, Recorder& recorder, bool relayed, boo
     return log;
 }
 
+// Every kind of record: plain elements, prefixed and namespaced ones, attributes, declarations,
+// text joined from pieces (entities, CDATA), and one text longer than a batch.
 std::string many_rows(int n) {
     std::string xml = "<!DOCTYPE t [<!ENTITY e 'x<b/>y'>]><t xmlns:p='urn:p'>";
-    for (int i = 0; i < n; ++i)
-        xml += "<r i='" + std::to_string(i) + "' p:q='v&amp;w'>text &e; <![CDATA[<c>]]>" + std::to_string(i) + "</r>\n";
+    for (int i = 0; i < n; ++i) {
+        xml += "<r i='" + std::to_string(i) + "' p:q='v&amp;w'>text &e; <![CDATA[<c>]]>" + std::to_string(i) +
+               "<p:s>z</p:s><d xmlns='urn:d'/>";
+        if (i == 7) xml += std::string(300000, 'L');
+        xml += "</r>\n";
+    }
     return xml + "</t>";
 }
 

@@ -9,7 +9,8 @@
 
 namespace tolven::test {
 
-// Writes the events as text: <uri|local @name=value ...> for a start, / for an end, "text" for text.
+// Writes the events as text: <uri|prefix:local @name=value ... +declarations> for a start, / for an
+// end, "text" for text.
 class Recorder : public io::xml::common::parser::SaxHandler {
 public:
     std::string log;
@@ -23,9 +24,11 @@ public:
             if (fail) throw std::bad_alloc();
             return false;
         }
-        log += std::string("<") + (e.uri != nullptr ? e.uri : "") + "|" + e.local;
+        log += std::string("<") + (e.uri != nullptr ? e.uri : "") + "|" +
+               (e.prefix != nullptr ? std::string(e.prefix) + ":" : "") + e.local;
         for (int i = 0; i < e.attribute_count; ++i)
             log += " @" + std::string(e.attribute(i).local) + "=" + std::string(e.attribute(i).value);
+        if (e.namespace_count > 0) log += " +" + std::to_string(e.namespace_count);
         log += ">";
         return true;
     }
