@@ -26,6 +26,9 @@ constexpr unsigned char kKind = 3;
 constexpr unsigned char kHasUri = 4;
 constexpr unsigned char kHasPrefix = 8;
 constexpr unsigned char kHasLists = 16;  // attributes or namespace declarations
+// No attribute has a prefix or a namespace (most have none): each is its name, size and value.
+constexpr unsigned char kPlainAttributes = 32;
+// libxml2 measures a piece of text and an attribute value in an int: four bytes hold either.
 using TextSize = std::uint32_t;
 
 // Reads the records of a batch in order.
@@ -120,12 +123,17 @@ bool EventRelay::start_with_parts(const ElementEvent& element) {
     const auto namespaces = static_cast<std::size_t>(element.namespace_count);
     const auto attributes = static_cast<std::size_t>(element.attribute_count);
     const bool lists = namespaces > 0 || attributes > 0;
-    const unsigned char tag = kStart | (element.uri != nullptr ? kHasUri : 0) |
-                              (element.prefix != nullptr ? kHasPrefix : 0) | (lists ? kHasLists : 0);
+    bool plain = true;
     std::size_t size = 1 + 3 * sizeof(const char*) + 2 * sizeof(int) + 2 * namespaces * sizeof(const xmlChar*) +
-                       attributes * (3 * sizeof(const xmlChar*) + sizeof(std::uint64_t));
-    for (std::size_t i = 0; i < attributes; ++i)
-        size += static_cast<std::size_t>(element.attributes[5 * i + 4] - element.attributes[5 * i + 3]);
+                       attributes * (3 * sizeof(const xmlChar*) + sizeof(TextSize));
+    for (std::size_t i = 0; i < attributes; ++i) {
+        const xmlChar* const* a = element.attributes + 5 * i;
+        size += static_cast<std::size_t>(a[4] - a[3]);
+        plain = plain && a[1] == nullptr && a[2] == nullptr;
+    }
+    const unsigned char tag = kStart | (element.uri != nullptr ? kHasUri : 0) |
+                              (element.prefix != nullptr ? kHasPrefix : 0) | (lists ? kHasLists : 0) |
+                              (plain ? kPlainAttributes : 0);
     unsigned char* at = room(size);
     at = write(at, tag);
     at = write(at, element.local);
@@ -141,14 +149,15 @@ bool EventRelay::start_with_parts(const ElementEvent& element) {
     }
     for (std::size_t i = 0; i < attributes; ++i) {
         const xmlChar* const* a = element.attributes + 5 * i;
-        std::memcpy(at, a, 3 * sizeof(const xmlChar*));  // local, prefix, namespace
-        at += 3 * sizeof(const xmlChar*);
-        const auto length = static_cast<std::uint64_t>(a[4] - a[3]);
+        const std::size_t names = plain ? 1 : 3;  // local, then prefix and namespace
+        std::memcpy(at, a, names * sizeof(const xmlChar*));
+        at += names * sizeof(const xmlChar*);
+        const auto length = static_cast<TextSize>(a[4] - a[3]);
         at = write(at, length);
         fl::bytes::copy(at, a[3], length);
         at += length;
     }
-    // What was reserved and not needed (the absent name pointers) is given back.
+    // What was reserved and not needed (the absent names) is given back.
     at_ = at;
     return recorded();
 }
@@ -162,7 +171,6 @@ bool EventRelay::end_element() {
 bool EventRelay::text(std::string_view text) {
     if (last_text_ != nullptr) [[unlikely]]
         return append_text(text);
-    // libxml2 hands a text over in one piece of at most 2 GiB.
     const auto length = static_cast<TextSize>(text.size());
     unsigned char* at = room(1 + sizeof(TextSize) + text.size());
     last_text_ = at;
@@ -281,9 +289,12 @@ bool EventRelay::replay(const Batch& batch) {
                 }
                 scratch_.clear();
                 for (int i = 0; i < 2 * element.namespace_count; ++i) scratch_.push_back(in.get<const xmlChar*>());
+                const bool plain = (tag & kPlainAttributes) != 0;
                 for (int i = 0; i < element.attribute_count; ++i) {
-                    for (int k = 0; k < 3; ++k) scratch_.push_back(in.get<const xmlChar*>());
-                    const auto size = in.get<std::uint64_t>();
+                    scratch_.push_back(in.get<const xmlChar*>());
+                    scratch_.push_back(plain ? nullptr : in.get<const xmlChar*>());
+                    scratch_.push_back(plain ? nullptr : in.get<const xmlChar*>());
+                    const auto size = in.get<TextSize>();
                     const unsigned char* value = in.take(size);
                     scratch_.push_back(value);
                     scratch_.push_back(value + size);
