@@ -16,6 +16,8 @@ namespace {
 constexpr std::size_t kMaxLookupRows = 500;
 // Values longer than this are text, not codes.
 constexpr std::size_t kMaxKey = 64;
+// Candidates whose keys are counted by a walk of their own before every value is counted at once.
+constexpr std::size_t kWalksBeforeCounting = 3;
 
 std::string_view code(std::string_view text) {
     constexpr std::string_view blank = " \t\n\r";
@@ -40,8 +42,8 @@ std::string_view attribute_value(const xmlAttr* a) {
 // Calls mention(v) for each element's name, attribute value and leaf text below and including node,
 // leaving out the subtrees of the elements in skipped.
 template <class Mention>
-void visit(const xmlNode* node, const std::unordered_set<const xmlNode*>& skipped, Mention& mention) {
-    if (skipped.contains(node)) return;
+void visit(const xmlNode* node, Mention& mention, const std::unordered_set<const xmlNode*>* skipped = nullptr) {
+    if (skipped != nullptr && skipped->contains(node)) return;
     mention(std::string_view(reinterpret_cast<const char*>(node->name)));
     for (const xmlAttr* a = node->properties; a != nullptr; a = a->next)
         if (const auto v = code(attribute_value(a)); !v.empty() && !numeric(v)) mention(v);
@@ -49,7 +51,7 @@ void visit(const xmlNode* node, const std::unordered_set<const xmlNode*>& skippe
     for (const xmlNode* c = node->children; c != nullptr; c = c->next)
         if (c->type == XML_ELEMENT_NODE) {
             leaf = false;
-            visit(c, skipped, mention);
+            visit(c, mention, skipped);
         }
     if (leaf)
         if (const auto v = code(first_text(node)); !v.empty() && !numeric(v)) mention(v);
@@ -57,7 +59,17 @@ void visit(const xmlNode* node, const std::unordered_set<const xmlNode*>& skippe
 
 }  // namespace
 
-bool References::looked_up(const std::vector<const xmlNode*>& rows) const {
+std::size_t References::mentioned(std::string_view value) {
+    if (!indexed_) {
+        auto count = [this](std::string_view v) { ++mentions_[v]; };
+        visit(root_, count);
+        indexed_ = true;
+    }
+    const auto found = mentions_.find(value);
+    return found != mentions_.end() ? found->second : 0;
+}
+
+bool References::looked_up(const std::vector<const xmlNode*>& rows) {
     if (rows.size() < 2 || rows.size() > kMaxLookupRows) return false;
     // The keys a row could have: its attributes and its leaf children.
     std::vector<std::pair<const xmlChar*, bool>> keys;
@@ -103,16 +115,26 @@ bool References::looked_up(const std::vector<const xmlNode*>& rows) const {
         if (!any) return false;
     }
 
-    // How often each key is named outside the rows. Only the keys are counted: most of a large
-    // document's values are none of them, and are only looked up.
+    // How often each key is named outside the rows. The first candidates asked about walk the
+    // document counting only their keys; past those, every name and value is counted once for all,
+    // which costs a few such walks but bounds a document of many lists.
     std::unordered_map<std::string_view, std::size_t> outside;
     for (std::size_t k = 0; k < keys.size(); ++k)
         if (usable[k])
             for (const std::string_view v : values[k]) outside.try_emplace(v);
-    auto mention = [&](std::string_view v) {
-        if (const auto c = outside.find(v); c != outside.end()) ++c->second;
-    };
-    visit(root_, std::unordered_set<const xmlNode*>(rows.begin(), rows.end()), mention);
+    if (++asked_ <= kWalksBeforeCounting) {
+        auto mention = [&](std::string_view v) {
+            if (const auto c = outside.find(v); c != outside.end()) ++c->second;
+        };
+        const std::unordered_set<const xmlNode*> skipped(rows.begin(), rows.end());
+        visit(root_, mention, &skipped);
+    } else {
+        for (auto& [value, count] : outside) count = mentioned(value);
+        auto mention = [&](std::string_view v) {
+            if (const auto c = outside.find(v); c != outside.end()) --c->second;
+        };
+        for (const xmlNode* row : rows) visit(row, mention);
+    }
     for (std::size_t k = 0; k < keys.size(); ++k) {
         if (!usable[k]) continue;
         std::size_t named = 0, mentions = 0;

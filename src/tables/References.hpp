@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace tolven::tables {
@@ -16,10 +17,16 @@ public:
 
     // True when rows are a short list whose keys (an attribute or a field each row has once, no two
     // rows alike, not numbers or dates) the rest of the document names, each named key three times or more on average.
-    bool looked_up(const std::vector<const xmlNode*>& rows) const;
+    bool looked_up(const std::vector<const xmlNode*>& rows);
 
 private:
+    // How often value occurs in the document as an element's name, an attribute value or a leaf text.
+    std::size_t mentioned(std::string_view value);
+
     const xmlNode* root_;
+    std::unordered_map<std::string_view, std::size_t> mentions_;  // each one's count, once counted
+    bool indexed_ = false;
+    std::size_t asked_ = 0;  // candidates whose keys were counted
 };
 
 }  // namespace tolven::tables
